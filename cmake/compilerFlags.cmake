@@ -1,0 +1,28 @@
+# Flags for our own targets only; a project that includes this one keeps its own.
+
+# The same input gives the same bits everywhere: no fused multiply-add, nothing
+# that reorders sums.
+function(obj_adapter_set_compiler_flags target)
+    set_target_properties(${target} PROPERTIES
+        CXX_EXTENSIONS OFF
+        CXX_VISIBILITY_PRESET hidden
+        VISIBILITY_INLINES_HIDDEN ON)
+    if(MSVC)
+        target_compile_options(${target} PRIVATE /W4 /permissive- /utf-8 /fp:precise)
+        if(OBJ_ADAPTER_WARNINGS_AS_ERRORS)
+            target_compile_options(${target} PRIVATE /WX)
+        endif()
+    else()
+        target_compile_options(${target} PRIVATE
+            -Wall -Wextra -Wpedantic -Wshadow -Wconversion -ffp-contract=off)
+        if(OBJ_ADAPTER_WARNINGS_AS_ERRORS)
+            target_compile_options(${target} PRIVATE -Werror)
+        endif()
+        if(OBJ_ADAPTER_SANITIZE)
+            target_compile_options(${target} PRIVATE
+                -fsanitize=${OBJ_ADAPTER_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+            target_compile_definitions(${target} PRIVATE _GLIBCXX_ASSERTIONS)
+            target_link_options(${target} PUBLIC -fsanitize=${OBJ_ADAPTER_SANITIZE})
+        endif()
+    endif()
+endfunction()

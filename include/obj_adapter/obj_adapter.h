@@ -1,0 +1,20 @@
+// Wavefront OBJ import for host applications: this one header gives all of it.
+//
+//     #include <obj_adapter/obj_adapter.h>
+//
+//     obj_adapter::ObjConverter* converter = obj_adapter::ObjConverter::getInstance();
+//     converter->setMsgCallback(showMessage);
+//     if (converter->importObjDataFromFile("models/cube.obj") == obj_adapter::ObjConverter::CONVERTER_OK)
+//         for (int face = 0; face < converter->getNumberOfFaces(); ++face)
+//             draw(*converter->getFace(face));
+//     obj_adapter::ObjConverter::clearInstance();
+#pragma once
+
+#include <obj_adapter/export.h>
+#include <obj_adapter/geometryRecords.h>
+#include <obj_adapter/group.h>
+#include <obj_adapter/material.h>
+#include <obj_adapter/materialText.h>
+#include <obj_adapter/objConverter.h>
+#include <obj_adapter/objHierarchyNode.h>
+#include <obj_adapter/version.h>
