@@ -1,0 +1,215 @@
+// The exported class: life cycle, settings and getters. Covered by
+// tests/converter/converterTest.cpp.
+#include <obj_adapter/objConverter.h>
+
+#include "converter/converterState.h"
+#include "converter/importPipeline.h"
+#include "converter/inputPath.h"
+#include "groups/objHierarchy.h"
+
+#include <cstddef>
+#include <exception>
+#include <memory>
+#include <new>
+#include <utility>
+
+namespace obj_adapter {
+
+namespace {
+
+// The process's one converter and its state; both null before the first
+// request. Destroyed with the library, so that unloading it leaves nothing.
+struct InstanceHolder {
+    ObjConverter* converter = nullptr;
+    ConverterState* state = nullptr;
+
+    constexpr InstanceHolder() noexcept = default;
+    ~InstanceHolder() { delete converter; }
+    InstanceHolder(const InstanceHolder&) = delete;
+    InstanceHolder& operator=(const InstanceHolder&) = delete;
+};
+
+constinit InstanceHolder holder;
+
+// Runs a change that may want memory; without memory it has no effect.
+template <typename Change>
+void changeOrKeep(Change change) noexcept {
+    try {
+        change();
+    } catch (const std::exception&) {
+        // Only exhausted memory comes here, and the change is all or nothing.
+    }
+}
+
+void store(std::string& setting, const char* text) noexcept {
+    changeOrKeep([&] { setting = std::string(textOrEmpty(text)); });
+}
+
+}  // namespace
+
+const int ObjConverter::CONVERTER_OK;
+const int ObjConverter::CONVERTER_ERROR;
+
+ConverterState* currentConverterState() noexcept {
+    return holder.state;
+}
+
+ObjConverter* ObjConverter::getInstance() noexcept {
+    if (holder.converter != nullptr)
+        return holder.converter;
+    try {
+        auto newState = std::make_unique<ConverterState>();
+        holder.converter = new ObjConverter(newState.get());
+        holder.state = newState.release();
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+    return holder.converter;
+}
+
+void ObjConverter::clearInstance() noexcept {
+    if (holder.state != nullptr && holder.state->importMode == nullptr)
+        delete holder.converter;
+}
+
+ObjConverter::~ObjConverter() {
+    if (holder.converter == this) {
+        holder.converter = nullptr;
+        holder.state = nullptr;
+    }
+    // A host that deletes the converter from inside the callback: the import
+    // still needs the state and frees it at its end.
+    if (state->importMode != nullptr)
+        state->isOrphaned = true;
+    else
+        delete state;
+}
+
+void ObjConverter::setInput(const char* fileName) noexcept {
+    changeOrKeep([&] { setInputFromPath(state->settings, fileName); });
+}
+
+void ObjConverter::setInputPath(const char* path) noexcept {
+    store(state->settings.inputPath, path);
+}
+
+void ObjConverter::setInputFile(const char* fileName) noexcept {
+    store(state->settings.inputFile, fileName);
+}
+
+void ObjConverter::setOutput(const char* fileName) noexcept {
+    changeOrKeep([&] { setOutputFromPath(state->settings, fileName); });
+}
+
+void ObjConverter::setOutputPath(const char* path) noexcept {
+    store(state->settings.outputPath, path);
+}
+
+void ObjConverter::setOutputFile(const char* fileName) noexcept {
+    changeOrKeep([&] { state->settings.outputFile = withoutExtension(textOrEmpty(fileName)); });
+}
+
+void ObjConverter::setSubdivisionRounds(const char* limitType, int value) noexcept {
+    changeOrKeep([&] {
+        state->settings.subdivisionLimitType = std::string(textOrEmpty(limitType));
+        state->settings.subdivisionRounds = value;
+    });
+}
+
+void ObjConverter::setDataCompaction(bool compact) noexcept {
+    state->settings.dataCompaction = compact;
+}
+
+void ObjConverter::setUseGroupNameHierarchy(bool useHierarchy) noexcept {
+    state->settings.useGroupNameHierarchy = useHierarchy;
+}
+
+void ObjConverter::setHierarchyReverseGroupNames(bool reverse) noexcept {
+    state->settings.reverseGroupNames = reverse;
+}
+
+void ObjConverter::setHierarchyShowLastNamesOnly(bool lastNamesOnly) noexcept {
+    state->settings.showLastNamesOnly = lastNamesOnly;
+}
+
+void ObjConverter::setSkipPolygonsWithoutEar(bool skip) noexcept {
+    state->settings.skipPolygonsWithoutEar = skip;
+}
+
+void ObjConverter::setMsgCallback(void (*callback)(int level, const char* text)) noexcept {
+    // The process's converter, which is this one unless the host holds a
+    // pointer to one that it deleted from inside the callback.
+    if (holder.state != nullptr)
+        holder.state->messageCallback = callback;
+}
+
+int ObjConverter::importObjDataFromFile(const char* fileName) noexcept {
+    // The callback may delete this converter: nothing of it is used after.
+    ConverterState* const importState = state;
+    if (importState->importMode != nullptr)
+        return CONVERTER_ERROR;
+    const int result = runImport(*importState, fileName);
+    if (importState->isOrphaned)
+        delete importState;
+    return result;
+}
+
+int ObjConverter::getNumberOfVertices() const noexcept {
+    return state->model.getNumberOfVertices();
+}
+
+int ObjConverter::getNumberOfVertexTextures() const noexcept {
+    return state->model.getNumberOfTexturePoints();
+}
+
+int ObjConverter::getNumberOfVertexNormals() const noexcept {
+    return state->model.getNumberOfNormalPoints();
+}
+
+int ObjConverter::getNumberOfFaces() const noexcept {
+    return state->model.getNumberOfFaces();
+}
+
+int ObjConverter::getNumberOfGroups() const noexcept {
+    return state->model.getNumberOfGroups();
+}
+
+int ObjConverter::getNumberOfMaterials() const noexcept {
+    return state->model.materialTable.getNumberOfMaterials();
+}
+
+Vertex* ObjConverter::getVertex(int index) noexcept {
+    return state->model.vertices.data() + index;
+}
+
+TexturePoint* ObjConverter::getVertexTexture(int index) noexcept {
+    return state->model.texturePoints.data() + index;
+}
+
+NormalPoint* ObjConverter::getVertexNormal(int index) noexcept {
+    return state->model.normalPoints.data() + index;
+}
+
+Face* ObjConverter::getFace(int index) noexcept {
+    return state->model.faces.data() + index;
+}
+
+Group* ObjConverter::getGroup(int index) noexcept {
+    return state->model.groups.data() + index;
+}
+
+Material* ObjConverter::getMaterial(int index) noexcept {
+    return state->model.materialTable.lendMaterial(index);
+}
+
+ObjHierarchyNode* ObjConverter::getRootOfHierarchy() noexcept {
+    try {
+        return getHierarchy(state->model, !state->settings.useGroupNameHierarchy,
+                            state->settings.showLastNamesOnly)
+            .getRoot();
+    } catch (const std::exception&) {
+        return nullptr;
+    }
+}
+
+}  // namespace obj_adapter

@@ -1,0 +1,64 @@
+// The model's tables. Covered by tests/model/.
+#include "model/objModel.h"
+
+#include "groups/objHierarchy.h"
+#include "model/recordLimits.h"
+
+#include <cassert>
+
+namespace obj_adapter {
+
+namespace {
+
+template <typename Record>
+int appendIndexed(std::vector<Record>& table, Record& record) {
+    record.index = nextRecordIndex(table.size());
+    table.push_back(record);
+    return record.index;
+}
+
+// Makes room for one more element, growing as push_back does.
+template <typename Element>
+void reserveOneMore(std::vector<Element>& list) {
+    if (list.size() == list.capacity())
+        list.reserve(list.empty() ? 4 : 2 * list.size());
+}
+
+}  // namespace
+
+ObjModel::ObjModel() = default;
+ObjModel::~ObjModel() = default;
+
+int ObjModel::addVertex(Vertex& vertex) {
+    return appendIndexed(vertices, vertex);
+}
+
+int ObjModel::addTexturePoint(TexturePoint& texturePoint) {
+    return appendIndexed(texturePoints, texturePoint);
+}
+
+int ObjModel::addNormalPoint(NormalPoint& normalPoint) {
+    return appendIndexed(normalPoints, normalPoint);
+}
+
+int ObjModel::addFace(const Face& face) {
+    const int faceIndex = nextRecordIndex(faces.size());
+    faces.push_back(face);
+    return faceIndex;
+}
+
+void ObjModel::addFaceToCurrentGroup(int faceIndex) {
+    assert(!groups.empty());
+    groups.back().faceIndices.push_back(faceIndex);
+    faces[static_cast<std::size_t>(faceIndex)].groupIndex = getNumberOfGroups() - 1;
+    hierarchyValid = false;
+}
+
+int ObjModel::addFaceInCurrentGroup(const Face& face) {
+    reserveOneMore(groups.back().faceIndices);
+    const int faceIndex = addFace(face);
+    addFaceToCurrentGroup(faceIndex);
+    return faceIndex;
+}
+
+}  // namespace obj_adapter

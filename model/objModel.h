@@ -1,0 +1,79 @@
+// Internal: the model that an import fills, table by table. Hosts read it
+// through ObjConverter.
+#pragma once
+
+#include "material/materialTable.h"
+
+#include <obj_adapter/geometryRecords.h>
+#include <obj_adapter/group.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace obj_adapter {
+
+class ObjHierarchy;
+
+using FaceTable = std::vector<Face>;
+using VertexTable = std::vector<Vertex>;
+using TexturePointTable = std::vector<TexturePoint>;
+using NormalPointTable = std::vector<NormalPoint>;
+
+// The tables, all by value. The operations on groups stand in
+// groups/groupTable.h.
+//
+// Invariants between stages: a record's index is its position; every face lies
+// in the list of exactly one group, the one that its groupIndex names.
+struct ObjModel {
+    ObjModel();
+    ~ObjModel();
+    ObjModel(const ObjModel&) = delete;
+    ObjModel& operator=(const ObjModel&) = delete;
+
+    std::vector<Group> groups;
+    FaceTable faces;
+    VertexTable vertices;
+    TexturePointTable texturePoints;
+    NormalPointTable normalPoints;
+
+    std::string name = "Obj File";
+
+    // Whether the tree in hierarchy fits the groups. Cleared by every change of
+    // groups or membership and set by nothing: every request builds anew.
+    bool hierarchyValid = false;
+
+    // Two faces over the same vertices that are no duplicates; subdivision
+    // refuses those. True until compaction has looked.
+    bool hasConflictingFaces = true;
+
+    MaterialTable materialTable;
+
+    // The tree handed to the host, made on the first request.
+    std::unique_ptr<ObjHierarchy> hierarchy;
+
+    // Each sets the record's index to its position, appends a copy and returns
+    // the position. std::length_error when the table is full; the table is
+    // unchanged after any failure.
+    int addVertex(Vertex& vertex);
+    int addTexturePoint(TexturePoint& texturePoint);
+    int addNormalPoint(NormalPoint& normalPoint);
+
+    // Appends a copy and returns its position.
+    int addFace(const Face& face);
+
+    // Puts the face into the current group, which is the last of the table.
+    void addFaceToCurrentGroup(int faceIndex);
+
+    // Both of the above, or nothing when memory runs out in between.
+    int addFaceInCurrentGroup(const Face& face);
+
+    int getNumberOfVertices() const noexcept { return static_cast<int>(vertices.size()); }
+    int getNumberOfTexturePoints() const noexcept { return static_cast<int>(texturePoints.size()); }
+    int getNumberOfNormalPoints() const noexcept { return static_cast<int>(normalPoints.size()); }
+    int getNumberOfFaces() const noexcept { return static_cast<int>(faces.size()); }
+    int getNumberOfGroups() const noexcept { return static_cast<int>(groups.size()); }
+};
+
+}  // namespace obj_adapter

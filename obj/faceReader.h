@@ -1,0 +1,59 @@
+// Internal: the f statement, and the repair of indices at the end of a file.
+#pragma once
+
+#include "obj/lineTokens.h"
+#include "processing/triangulation.h"
+
+#include <obj_adapter/geometryRecords.h>
+
+#include <vector>
+
+namespace obj_adapter {
+
+struct ConverterSettings;
+struct ObjModel;
+
+// OBJ index (one-based, or negative from the end) to table index, where count
+// records have been read so far.
+//
+// The upper end is left open on purpose: a triangle may name a vertex that
+// comes later in the file; repairFaceIndices() closes it.
+//
+// Throws std::runtime_error "Index too low." below the first record.
+int resolveIndex(int value, int count);
+
+// vertex | vertex/texture | vertex//normal | vertex/texture/normal
+//
+// Each part is converted and resolved before the next is looked at, so the
+// first fault is the one reported. Throws std::exception with its text.
+FaceElement parseFaceElement(const ObjModel& model, const Token& token);
+
+// Reads f statements; keeps its lists between them.
+class FaceReader {
+public:
+    FaceReader(ObjModel& ownModel, const ConverterSettings& ownSettings) noexcept
+        : model(ownModel), settings(ownSettings) {}
+
+    // f corner corner corner ...
+    //
+    // Adds one triangle, or the triangles of the polygon, to the model and to
+    // its current group. A statement that cannot be used is reported and
+    // skipped.
+    void readFaceStatement(LineTokens& tokens, int currentMaterial);
+
+private:
+    void addTriangle(int currentMaterial);
+    void addPolygon(int currentMaterial);
+
+    ObjModel& model;
+    const ConverterSettings& settings;
+    Triangulator triangulator;
+    std::vector<FaceElement> corners;
+    std::vector<Face> triangles;
+};
+
+// Moves every index that lies outside its table to the nearest end of it, or to
+// NO_INDEX where the table is empty, and reports the number of faces changed.
+void repairFaceIndices(ObjModel& model);
+
+}  // namespace obj_adapter
