@@ -1,0 +1,143 @@
+// The operations on the model's groups. Covered by
+// tests/groups/groupTableTest.cpp.
+//
+// Hosts may write into the records that they are lent, so a face's groupIndex
+// may be any number here; one that names no group is passed over.
+#include "groups/groupTable.h"
+
+#include "model/objModel.h"
+#include "model/recordLimits.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <set>
+#include <string_view>
+#include <utility>
+
+namespace obj_adapter {
+
+namespace {
+
+const char COMPOUND_GROUP_NAME[] = "COMPOUND_GROUP";
+const char DEFAULT_GROUP_NAME[] = "default";
+
+int appendGroup(ObjModel& model, Group&& group) {
+    const int groupIndex = nextRecordIndex(model.groups.size());
+    model.groups.push_back(std::move(group));
+    model.hierarchyValid = false;
+    return groupIndex;
+}
+
+bool namesGroup(const ObjModel& model, std::int32_t groupIndex) {
+    return groupIndex >= 0 && static_cast<std::size_t>(groupIndex) < model.groups.size();
+}
+
+// Makes room in every group's list for the faces that name the group. The lists
+// themselves stay as they are.
+void reserveFaceLists(ObjModel& model) {
+    std::vector<std::size_t> faceCounts(model.groups.size());
+    for (const Face& face : model.faces) {
+        if (namesGroup(model, face.groupIndex))
+            ++faceCounts[static_cast<std::size_t>(face.groupIndex)];
+    }
+    for (std::size_t group = 0; group < faceCounts.size(); ++group)
+        model.groups[group].faceIndices.reserve(faceCounts[group]);
+}
+
+}  // namespace
+
+int addGroup(ObjModel& model, std::string name) {
+    Group group;
+    group.name = std::move(name);
+    return appendGroup(model, std::move(group));
+}
+
+int addGroupFromNames(ObjModel& model, std::vector<std::string> names) {
+    if (names.size() == 1)
+        return addGroup(model, std::move(names.front()));
+
+    Group group;
+    group.name = COMPOUND_GROUP_NAME;
+    group.names = std::move(names);
+    return appendGroup(model, std::move(group));
+}
+
+std::string addDefaultGroup(ObjModel& model) {
+    std::string name = DEFAULT_GROUP_NAME;
+    addGroup(model, name);
+    return name;
+}
+
+std::string addInitialGroup(ObjModel& model) {
+    std::string name = model.name;
+    addGroup(model, name);
+    return name;
+}
+
+void rebuildGroupFaceLists(ObjModel& model) {
+    reserveFaceLists(model);
+
+    // Nothing below allocates.
+    model.hierarchyValid = false;
+    for (Group& group : model.groups)
+        group.clearFaceIndices();
+    for (std::size_t face = 0; face < model.faces.size(); ++face) {
+        const std::int32_t groupIndex = model.faces[face].groupIndex;
+        if (namesGroup(model, groupIndex))
+            model.groups[static_cast<std::size_t>(groupIndex)].addFaceIndex(static_cast<int>(face));
+    }
+}
+
+void removeEmptyGroups(ObjModel& model) {
+    if (model.groups.size() == 1)
+        return;
+
+    std::vector<std::int32_t> newIndices(model.groups.size(), NO_INDEX);
+    std::int32_t survivorCount = 0;
+    for (std::size_t group = 0; group < model.groups.size(); ++group) {
+        if (!model.groups[group].faceIndices.empty())
+            newIndices[group] = survivorCount++;
+    }
+
+    // Nothing below allocates. A face whose group is gone, which takes a host
+    // that emptied the list, is left without one.
+    model.hierarchyValid = false;
+    for (Face& face : model.faces) {
+        if (namesGroup(model, face.groupIndex))
+            face.groupIndex = newIndices[static_cast<std::size_t>(face.groupIndex)];
+    }
+    for (std::size_t group = 0; group < newIndices.size(); ++group) {
+        const std::int32_t newIndex = newIndices[group];
+        if (newIndex != NO_INDEX && static_cast<std::size_t>(newIndex) != group)
+            model.groups[static_cast<std::size_t>(newIndex)] = std::move(model.groups[group]);
+    }
+    model.groups.erase(model.groups.begin() + survivorCount, model.groups.end());
+}
+
+void reverseGroupNames(ObjModel& model) {
+    model.hierarchyValid = false;
+    for (Group& group : model.groups)
+        std::reverse(group.names.begin(), group.names.end());
+}
+
+int findGroup(const ObjModel& model, const std::string& fullName) {
+    for (std::size_t group = 0; group < model.groups.size(); ++group) {
+        if (model.groups[group].getFullName() == fullName)
+            return static_cast<int>(group);
+    }
+    return NO_INDEX;
+}
+
+int countDistinctNames(const ObjModel& model) {
+    std::set<std::string_view> distinctNames;
+    for (const Group& group : model.groups) {
+        if (group.isCompound())
+            distinctNames.insert(group.names.begin(), group.names.end());
+        else
+            distinctNames.insert(group.name);
+    }
+    return static_cast<int>(distinctNames.size());
+}
+
+}  // namespace obj_adapter
