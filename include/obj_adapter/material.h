@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 
 namespace obj_adapter {
 
@@ -174,10 +175,22 @@ struct Material {
     OBJ_ADAPTER_API bool hasTextureMap(TextureMapName slot) const;
 
     // Stores the colour and marks it as given.
-    void setAmbient(const MaterialColor& color) { ambient = color, ambientIsSet = true; }
-    void setDiffuse(const MaterialColor& color) { diffuse = color, diffuseIsSet = true; }
-    void setSpecular(const MaterialColor& color) { specular = color, specularIsSet = true; }
-    void setFilter(const MaterialColor& color) { filter = color, filterIsSet = true; }
+    void setAmbient(MaterialColor color) noexcept {
+        ambient = std::move(color);
+        ambientIsSet = true;
+    }
+    void setDiffuse(MaterialColor color) noexcept {
+        diffuse = std::move(color);
+        diffuseIsSet = true;
+    }
+    void setSpecular(MaterialColor color) noexcept {
+        specular = std::move(color);
+        specularIsSet = true;
+    }
+    void setFilter(MaterialColor color) noexcept {
+        filter = std::move(color);
+        filterIsSet = true;
+    }
 };
 
 }  // namespace obj_adapter

@@ -2,7 +2,10 @@
 //
 // Numbers are decimal with six decimals and a point, in every locale; a value
 // that is not a number counts as a default and is left out where defaults are.
-// Reading the text back gives the same material for values of six decimals.
+// Reading the text back gives the same material for values of six decimals,
+// except for what MTL libraries cannot set here: boost, disp, anti-aliasing (and
+// the first map after its statement), a refl map without a type, and an RGB
+// colour whose red is negative.
 // Only exhausted memory is thrown (std::bad_alloc).
 #pragma once
 

@@ -1,0 +1,348 @@
+// Tests of material/materialTable.cpp.
+#include "material/materialTable.h"
+
+#include "material/readMtlText.h"
+#include "support/randomSource.h"
+
+#include <obj_adapter/geometryRecords.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <new>
+#include <stdexcept>
+#include <string>
+
+namespace {
+
+// The allocations that succeed before one fails; negative: none will.
+int allocationsUntilFailure = -1;
+
+// Called through a variable: a compiler that saw the plain call would take it
+// for a mismatch with new.
+void (*volatile releaseMemory)(void*) = &std::free;
+
+}  // namespace
+
+// The test program's own, so that memory can run out at any allocation.
+void* operator new(std::size_t size) {
+    if (allocationsUntilFailure >= 0 && allocationsUntilFailure-- == 0)
+        throw std::bad_alloc();
+    if (void* memory = std::malloc(size == 0 ? 1 : size))
+        return memory;
+    throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept {
+    releaseMemory(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    releaseMemory(memory);
+}
+
+namespace obj_adapter::test {
+namespace {
+
+// Longer than what a string holds without memory of its own.
+const std::string LONG_NAME = "a name that is longer than a string holds by itself";
+
+Material materialNamed(const std::string& name) {
+    Material material;
+    material.name = name;
+    return material;
+}
+
+std::string namesOf(const MaterialTable& table) {
+    std::string names;
+    for (const Material& material : table.getMaterials())
+        names += (names.empty() ? "" : " ") + material.name;
+    return names;
+}
+
+// The slow and obvious search.
+int firstNamed(const MaterialTable& table, const std::string& name) {
+    for (int i = 0; i < table.getNumberOfMaterials(); ++i) {
+        if (table.getMaterials()[static_cast<std::size_t>(i)].name == name)
+            return i;
+    }
+    return NO_INDEX;
+}
+
+struct MemoryOutcome {
+    bool hasRunOut;  // false: the action needed no more allocations
+    bool hasThrown;
+};
+
+// Runs the action with one allocation failing, after so many that succeed.
+template <typename Action>
+MemoryOutcome runOutOfMemory(int allocations, Action action) {
+    MemoryOutcome outcome{true, false};
+    allocationsUntilFailure = allocations;
+    try {
+        action();
+    } catch (const std::bad_alloc&) {
+        outcome.hasThrown = true;
+    }
+    outcome.hasRunOut = allocationsUntilFailure < 0;
+    allocationsUntilFailure = -1;
+    return outcome;
+}
+
+TEST(MaterialTableTest, CurrentMaterialIsTheLast) {
+    MaterialTable table;
+    table.addMaterial(materialNamed("a"));
+    EXPECT_EQ(table.currentMaterial().name, "a");
+    table.addMaterial(materialNamed("b"));
+    EXPECT_EQ(table.currentMaterial().name, "b");
+    table.currentMaterial().dissolve = 0.5;
+    EXPECT_EQ(describeMaterials(table), "a{} b{d=0.5}");
+}
+
+TEST(MaterialTableTest, EmptyTableHasNoCurrentMaterial) {
+    MaterialTable table;
+    try {
+        table.currentMaterial();
+        FAIL() << "nothing thrown";
+    } catch (const std::runtime_error& failure) {
+        EXPECT_STREQ(failure.what(), "No current material");
+    }
+}
+
+TEST(MaterialTableTest, AddingReturnsThePosition) {
+    MaterialTable table;
+    EXPECT_EQ(table.getNumberOfMaterials(), 0);
+    Material material = materialNamed("a");
+    EXPECT_EQ(table.addMaterial(material), 0);
+    material.name = "changed";
+    EXPECT_EQ(table.addMaterial(materialNamed("b")), 1);
+    EXPECT_EQ(table.addMaterial(materialNamed("a")), 2);
+    EXPECT_EQ(namesOf(table), "a b a");
+    EXPECT_EQ(table.getNumberOfMaterials(), 3);
+}
+
+TEST(MaterialTableTest, SearchFindsTheFirstOfAName) {
+    MaterialTable table;
+    for (const char* name : {"red", "Red", "blue", "red", ""})
+        table.addMaterial(materialNamed(name));
+    table.addMaterial(materialNamed(std::string("nul\0x", 5)));
+    EXPECT_EQ(table.findMaterial("red"), 0);
+    EXPECT_EQ(table.findMaterial("Red"), 1);
+    EXPECT_EQ(table.findMaterial("blue"), 2);
+    EXPECT_EQ(table.findMaterial(""), 4);
+    EXPECT_EQ(table.findMaterial(std::string_view("nul\0x", 5)), 5);
+    for (const char* name : {"RED", "re", "redd", " red", "blue ", "nul", "green"})
+        EXPECT_EQ(table.findMaterial(name), NO_INDEX) << name;
+}
+
+TEST(MaterialTableTest, SearchInAnEmptyTableFindsNothing) {
+    MaterialTable table;
+    EXPECT_EQ(table.findMaterial("red"), NO_INDEX);
+    EXPECT_EQ(table.findMaterial(""), NO_INDEX);
+}
+
+TEST(MaterialTableTest, LibraryNamesAreKeptOnceInOrder) {
+    MaterialTable table;
+    for (const char* name : {"b.mtl", "a.mtl", "b.mtl", "B.mtl", "a.mtl", "c.mtl"})
+        table.addLibraryName(name);
+    EXPECT_EQ(table.libraryNames, (std::vector<std::string>{"b.mtl", "a.mtl", "B.mtl", "c.mtl"}));
+}
+
+TEST(MaterialTableTest, ClearingEmptiesBothLists) {
+    MaterialTable table;
+    table.addLibraryName("a.mtl");
+    table.addMaterial(materialNamed("a"));
+    table.addMaterial(materialNamed("b"));
+    table.lendMaterial(0)->name = "c";
+    table.clear();
+    EXPECT_EQ(table.getNumberOfMaterials(), 0);
+    EXPECT_TRUE(table.libraryNames.empty());
+    for (const char* name : {"a", "b", "c"})
+        EXPECT_EQ(table.findMaterial(name), NO_INDEX);
+    table.addLibraryName("a.mtl");
+    EXPECT_EQ(table.libraryNames, (std::vector<std::string>{"a.mtl"}));
+    EXPECT_EQ(table.addMaterial(materialNamed("b")), 0);
+    EXPECT_EQ(table.findMaterial("b"), 0);
+}
+
+TEST(MaterialTableLoanTest, LentPointerIsTheRecord) {
+    MaterialTable table;
+    table.addMaterial(materialNamed("a"));
+    table.addMaterial(materialNamed("b"));
+    EXPECT_EQ(table.lendMaterial(1), &table.getMaterials()[1]);
+}
+
+TEST(MaterialTableLoanTest, RenamedMaterialIsFoundByItsNewName) {
+    MaterialTable table;
+    for (const char* name : {"a", "b", "a"})
+        table.addMaterial(materialNamed(name));
+    EXPECT_EQ(table.findMaterial("a"), 0);
+    table.lendMaterial(0)->name = "c";
+    EXPECT_EQ(table.findMaterial("c"), 0);
+    EXPECT_EQ(table.findMaterial("a"), 2);
+    table.lendMaterial(2)->name = "b";
+    EXPECT_EQ(table.findMaterial("a"), NO_INDEX);
+    EXPECT_EQ(table.findMaterial("b"), 1);
+}
+
+TEST(MaterialTableLoanTest, PointerMayBeWrittenThroughAfterASearch) {
+    MaterialTable table;
+    table.addMaterial(materialNamed("a"));
+    Material* lent = table.lendMaterial(0);
+    for (const char* name : {"b", "c", "d"}) {
+        EXPECT_EQ(table.findMaterial(name), NO_INDEX);
+        lent->name = name;
+        table.hostHasRun();
+        EXPECT_EQ(table.findMaterial(name), 0);
+        EXPECT_EQ(table.findMaterial("a"), NO_INDEX);
+    }
+}
+
+TEST(MaterialTableLoanTest, WriteBeforeGrowthIsNotMissed) {
+    MaterialTable table;
+    table.addMaterial(materialNamed("a"));
+    table.lendMaterial(0)->name = "b";
+    table.addMaterial(materialNamed("a"));
+    EXPECT_EQ(table.findMaterial("a"), 1);
+    EXPECT_EQ(table.findMaterial("b"), 0);
+}
+
+TEST(MaterialTableLoanTest, WriteBetweenSearchAndGrowthIsNotMissed) {
+    MaterialTable table;
+    table.addMaterial(materialNamed("a"));
+    Material* lent = table.lendMaterial(0);
+    EXPECT_EQ(table.findMaterial("a"), 0);
+    lent->name = "b";
+    table.addMaterial(materialNamed("c"));
+    EXPECT_EQ(table.findMaterial("a"), NO_INDEX);
+    EXPECT_EQ(table.findMaterial("b"), 0);
+    EXPECT_EQ(table.findMaterial("c"), 1);
+}
+
+// Everything that can happen, in any order, against the slow search.
+TEST(MaterialTableLoanTest, SearchesAgreeWithASlowTwin) {
+    constexpr int ROUNDS = 300;
+    constexpr int STEPS = 60;
+    constexpr int NAMES = 5;
+    RandomSource random(20240611);
+    for (int round = 0; round < ROUNDS; ++round) {
+        MaterialTable table;
+        Material* lent = nullptr;
+        const auto anyName = [&] {
+            return std::string(1, static_cast<char>('a' + random.below(NAMES)));
+        };
+        for (int step = 0; step < STEPS; ++step) {
+            const int action = random.below(4);
+            if (action == 0) {
+                table.addMaterial(materialNamed(anyName()));
+                lent = nullptr;
+            } else if (action == 1 && table.getNumberOfMaterials() > 0) {
+                lent = table.lendMaterial(random.below(table.getNumberOfMaterials()));
+            } else if (action == 2 && lent != nullptr) {
+                lent->name = anyName();
+                table.hostHasRun();
+            } else {
+                const std::string name = anyName();
+                ASSERT_EQ(table.findMaterial(name), firstNamed(table, name))
+                    << "round " << round << " step " << step;
+            }
+        }
+    }
+}
+
+// Whichever allocation fails, the table is as it was.
+TEST(MaterialTableMemoryTest, FailedGrowthLeavesTheTableAsItWas) {
+    for (const char* added : {"new", "old", LONG_NAME.c_str()}) {
+        SCOPED_TRACE(added);
+        for (int allocations = 0;; ++allocations) {
+            MaterialTable table;
+            table.addMaterial(materialNamed("old"));
+            table.addMaterial(materialNamed(LONG_NAME + " too"));
+            const Material material = materialNamed(added);
+            const int before = table.findMaterial(added);
+            const MemoryOutcome outcome =
+                runOutOfMemory(allocations, [&] { table.addMaterial(material); });
+            EXPECT_EQ(outcome.hasThrown, outcome.hasRunOut);
+            if (!outcome.hasRunOut) {
+                EXPECT_GE(allocations, 1);
+                break;
+            }
+            EXPECT_EQ(table.getNumberOfMaterials(), 2);
+            EXPECT_EQ(table.findMaterial(added), before);
+            EXPECT_EQ(table.findMaterial("old"), 0);
+            EXPECT_EQ(table.findMaterial(LONG_NAME + " too"), 1);
+            EXPECT_EQ(table.addMaterial(material), 2);
+            EXPECT_EQ(table.findMaterial(added), before == NO_INDEX ? 2 : before);
+        }
+    }
+}
+
+TEST(MaterialTableMemoryTest, FailedSearchCanBeRepeated) {
+    for (int allocations = 0;; ++allocations) {
+        MaterialTable table;
+        table.addMaterial(materialNamed("a"));
+        table.addMaterial(materialNamed("b"));
+        table.lendMaterial(1)->name = LONG_NAME;
+        const MemoryOutcome outcome =
+            runOutOfMemory(allocations, [&] { table.findMaterial(LONG_NAME); });
+        EXPECT_EQ(outcome.hasThrown, outcome.hasRunOut);
+        EXPECT_EQ(table.findMaterial(LONG_NAME), 1);
+        EXPECT_EQ(table.findMaterial("a"), 0);
+        EXPECT_EQ(table.findMaterial("b"), NO_INDEX);
+        if (!outcome.hasRunOut) {
+            EXPECT_GE(allocations, 2);
+            break;
+        }
+    }
+}
+
+TEST(MaterialTableMemoryTest, FailedLibraryNameIsNotRemembered) {
+    for (int allocations = 0;; ++allocations) {
+        MaterialTable table;
+        table.addLibraryName("a.mtl");
+        const MemoryOutcome outcome =
+            runOutOfMemory(allocations, [&] { table.addLibraryName(LONG_NAME); });
+        EXPECT_EQ(outcome.hasThrown, outcome.hasRunOut);
+        if (!outcome.hasRunOut) {
+            EXPECT_GE(allocations, 2);
+            break;
+        }
+        EXPECT_EQ(table.libraryNames, (std::vector<std::string>{"a.mtl"}));
+        table.addLibraryName(LONG_NAME);
+        EXPECT_EQ(table.libraryNames, (std::vector<std::string>{"a.mtl", LONG_NAME}));
+    }
+}
+
+// A failed allocation costs the statement, or the rest of the library, or has
+// the file opened at the second place; what is stored is whole.
+TEST(MaterialTableMemoryTest, ReadingSurvivesEveryFailedAllocation) {
+    const TemporaryDirectory directory;
+    const std::string spectralFile(40, 's');
+    const std::string mapFile(40, 'm');
+    const std::string path = directory.write(
+        "memory.mtl", "newmtl " + std::string(40, 'a') + "\nKd spectral " + spectralFile +
+                          "\nmap_Kd " + mapFile + "\nNs x\nmap_Ks -blendu x y\nnewmtl\nnewmtl b\n");
+    for (int allocations = 0;; ++allocations) {
+        SCOPED_TRACE(allocations);
+        MaterialTable table;
+        const MemoryOutcome outcome =
+            runOutOfMemory(allocations, [&] { readMtlFile("", path, table); });
+        ASSERT_LE(table.getNumberOfMaterials(), 1);
+        if (table.getNumberOfMaterials() == 1) {
+            const Material& material = table.currentMaterial();
+            EXPECT_EQ(table.findMaterial(std::string(40, 'a')), 0);
+            EXPECT_EQ(material.diffuse.spectralFile, material.hasDiffuse() ? spectralFile : "");
+            EXPECT_EQ(material.textureMaps[Material::MAP_KD].textureMap.fileName,
+                      material.hasTextureMap(Material::MAP_KD) ? mapFile : "");
+        }
+        if (!outcome.hasRunOut) {
+            EXPECT_FALSE(outcome.hasThrown);
+            ASSERT_EQ(table.getNumberOfMaterials(), 1);
+            EXPECT_TRUE(table.currentMaterial().hasDiffuse());
+            EXPECT_TRUE(table.currentMaterial().hasTextureMap(Material::MAP_KD));
+            EXPECT_GE(allocations, 10);
+            break;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace obj_adapter::test
