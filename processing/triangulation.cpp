@@ -1,0 +1,186 @@
+// Ear clipping, with a fan where no corner is reflex. Covered by
+// tests/processing/triangulationTest.cpp, which compares it with a literal
+// rendering of the method.
+#include "processing/triangulation.h"
+
+#include "converter/messages.h"
+#include "processing/cornerPositions.h"
+#include "processing/pointInTriangle.h"
+
+#include <algorithm>
+#include <limits>
+#include <numeric>
+#include <stdexcept>
+
+namespace obj_adapter {
+
+namespace {
+
+const std::size_t CORNERS_OF_LAST_TRIANGLE = CORNERS_PER_FACE;
+
+// The search for a corner's blocker has not begun.
+const std::size_t NOT_SEARCHED = std::numeric_limits<std::size_t>::max();
+
+const std::size_t NO_EAR = std::numeric_limits<std::size_t>::max();
+
+Face makeTriangle(const FaceElement& first, const FaceElement& second, const FaceElement& third) {
+    Face triangle;
+    triangle.elements[0] = first;
+    triangle.elements[1] = second;
+    triangle.elements[2] = third;
+    return triangle;
+}
+
+// A pass without an ear changes nothing, so every further pass is the same: the
+// import stays here, as hosts have known it, unless it is told to skip such
+// polygons. The volatile read keeps the loop in the program.
+[[noreturn]] void repeatPassWithoutEnd() {
+    const volatile bool isPolygonUnchanged = true;
+    for (;;) {
+        while (isPolygonUnchanged) {
+        }
+    }
+}
+
+}  // namespace
+
+void fanTriangulate(const std::vector<FaceElement>& corners, std::vector<Face>& triangles) {
+    for (std::size_t corner = 1; corner + 1 < corners.size(); ++corner)
+        triangles.push_back(makeTriangle(corners[0], corners[corner], corners[corner + 1]));
+}
+
+void Triangulator::triangulate(const ObjModel& model, const std::vector<FaceElement>& corners,
+                               std::vector<Face>& triangles, bool skipPolygonsWithoutEar) {
+    if (!isTriangulable(model, corners)) {
+        reportError("Polygonal face has elements that cannot be processed. It will be skipped.");
+        return;
+    }
+    computeCornerNormals(positions, normals);
+    const std::optional<CornerClasses> classes = classifyCorners(normals);
+    if (!classes) {
+        throw std::runtime_error(
+            "Cannot calculate convexity/reflexivity of vertices in a straight line");
+    }
+
+    if (classes->reflexCorners == 0) {
+        fanTriangulate(corners, triangles);
+        return;
+    }
+    if (clipEars(*classes, corners, triangles))
+        return;
+    if (!skipPolygonsWithoutEar)
+        repeatPassWithoutEnd();
+    triangles.clear();
+    throw std::runtime_error("Polygon without an ear");
+}
+
+// Indices of all corners first, then positions.
+bool Triangulator::isTriangulable(const ObjModel& model, const std::vector<FaceElement>& corners) {
+    return gatherCornerPositions(model, corners, positions) &&
+           !hasEqualPositions(positions, scratch);
+}
+
+// Cuts off one ear in each pass, the first in corner order, until the last
+// three corners have gone as one triangle. Each pass classifies anew, for the
+// sum of the normals changes; classes are those of the whole polygon.
+//
+// Stops with fewer triangles, and says nothing, when the classes cannot be told
+// any more. False when a pass found no ear.
+bool Triangulator::clipEars(CornerClasses classes, const std::vector<FaceElement>& corners,
+                            std::vector<Face>& triangles) {
+    startClipping();
+    for (;;) {
+        const std::size_t ear = findEar(classes);
+        if (ear == NO_EAR)
+            return false;
+        triangles.push_back(makeTriangle(corners[originals[previousOf(ear)]],
+                                         corners[originals[ear]], corners[originals[nextOf(ear)]]));
+        if (originals.size() == CORNERS_OF_LAST_TRIANGLE)
+            return true;
+
+        removeCorner(ear);
+        const std::optional<CornerClasses> newClasses = classifyCorners(normals);
+        if (!newClasses)
+            return true;
+        classes = *newClasses;
+    }
+}
+
+// positions and normals are there already.
+void Triangulator::startClipping() {
+    originals.resize(positions.size());
+    std::iota(originals.begin(), originals.end(), std::size_t{0});
+    blockers.assign(positions.size(), NOT_SEARCHED);
+    isCutOff.assign(positions.size(), 0);
+}
+
+std::size_t Triangulator::findEar(const CornerClasses& classes) {
+    for (std::size_t corner = 0; corner < normals.size(); ++corner) {
+        if (classes.isConvex(normals[corner]) && !isBlocked(corner))
+            return corner;
+    }
+    return NO_EAR;
+}
+
+// Does another corner lie in the triangle that the corner forms with its two
+// neighbours?
+//
+// While the neighbours stay, the triangle does, so no answer about a corner in
+// it can change: the blocker found (by its place in the whole polygon) blocks
+// until it is cut off, and then the search goes on behind it. So all passes
+// together ask once about each corner and triangle.
+bool Triangulator::isBlocked(std::size_t corner) {
+    const std::size_t blocker = blockers[corner];
+    std::size_t other = 0;
+    if (blocker != NOT_SEARCHED) {
+        if (isCutOff[blocker] == 0)
+            return true;
+        const auto behind = std::upper_bound(originals.begin(), originals.end(), blocker);
+        other = static_cast<std::size_t>(behind - originals.begin());
+    }
+
+    const std::size_t previous = previousOf(corner);
+    const std::size_t next = nextOf(corner);
+    const TriangleContainment triangle(positions[previous], positions[corner], positions[next]);
+    for (; other < positions.size(); ++other) {
+        if (other == previous || other == corner || other == next)
+            continue;
+        if (triangle.contains(positions[other])) {
+            blockers[corner] = originals[other];
+            return true;
+        }
+    }
+    return false;
+}
+
+// What depends on neighbours is renewed for those of the corner.
+void Triangulator::removeCorner(std::size_t corner) {
+    isCutOff[originals[corner]] = 1;
+    const auto offset = static_cast<std::ptrdiff_t>(corner);
+    positions.erase(positions.begin() + offset);
+    normals.erase(normals.begin() + offset);
+    originals.erase(originals.begin() + offset);
+    blockers.erase(blockers.begin() + offset);
+
+    const std::size_t next = corner == positions.size() ? 0 : corner;
+    const std::size_t previous = previousOf(next);
+    for (const std::size_t neighbour : {previous, next}) {
+        recomputeNormal(neighbour);
+        blockers[neighbour] = NOT_SEARCHED;
+    }
+}
+
+void Triangulator::recomputeNormal(std::size_t corner) {
+    normals[corner] =
+        cornerNormal(positions[previousOf(corner)], positions[corner], positions[nextOf(corner)]);
+}
+
+std::size_t Triangulator::previousOf(std::size_t corner) const noexcept {
+    return corner == 0 ? positions.size() - 1 : corner - 1;
+}
+
+std::size_t Triangulator::nextOf(std::size_t corner) const noexcept {
+    return corner + 1 == positions.size() ? 0 : corner + 1;
+}
+
+}  // namespace obj_adapter

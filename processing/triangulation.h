@@ -1,0 +1,67 @@
+// Internal: polygons to triangles. Entered by the reader of f statements.
+#pragma once
+
+#include "processing/cornerClasses.h"
+#include "processing/vectors.h"
+
+#include <obj_adapter/geometryRecords.h>
+
+#include <cstddef>
+#include <vector>
+
+namespace obj_adapter {
+
+struct ObjModel;
+
+// Splits polygons; keeps its lists between them, so that a file of polygons
+// does not allocate for each.
+class Triangulator {
+public:
+    // Appends the triangles of a polygon of four or more corners, in the order
+    // in which they are made; each keeps the polygon's winding and carries its
+    // corners' texture and normal indices. triangles is empty on entry.
+    //
+    // A polygon with a corner that names no vertex read so far, or with two
+    // corners at one position, is reported and gives no triangles.
+    //
+    // skipPolygonsWithoutEar  false: a polygon none of whose corners can be cut
+    //                         off runs without end. True: std::runtime_error.
+    //
+    // Throws std::runtime_error also for corners on one straight line.
+    //
+    // n corners give n - 2 triangles; fewer if those that remain at some point
+    // lie on one straight line, or in any other way have normals that add up to
+    // nothing. Costs O(n log n) without reflex corners, otherwise O(n^2).
+    void triangulate(const ObjModel& model, const std::vector<FaceElement>& corners,
+                     std::vector<Face>& triangles, bool skipPolygonsWithoutEar);
+
+private:
+    bool isTriangulable(const ObjModel& model, const std::vector<FaceElement>& corners);
+    bool clipEars(CornerClasses classes, const std::vector<FaceElement>& corners,
+                  std::vector<Face>& triangles);
+    void startClipping();
+    std::size_t findEar(const CornerClasses& classes);
+    bool isBlocked(std::size_t corner);
+    void removeCorner(std::size_t corner);
+    void recomputeNormal(std::size_t corner);
+    std::size_t previousOf(std::size_t corner) const noexcept;
+    std::size_t nextOf(std::size_t corner) const noexcept;
+
+    // What is left of the polygon: four lists with an entry for each corner
+    // that remains, in the polygon's order.
+    std::vector<Vector3> positions;
+    std::vector<Vector3> normals;
+    std::vector<std::size_t> originals;  // places in the whole polygon
+    std::vector<std::size_t> blockers;   // see isBlocked
+
+    // By place in the whole polygon: 1 once the corner is cut off.
+    std::vector<unsigned char> isCutOff;
+
+    std::vector<Vector3> scratch;
+};
+
+// Appends the triangles (0, k, k + 1): right for polygons without a reflex
+// corner.
+void fanTriangulate(const std::vector<FaceElement>& corners, std::vector<Face>& triangles);
+
+}  // namespace obj_adapter
