@@ -21,6 +21,12 @@ namespace obj_adapter {
 
 namespace {
 
+// Unbroken, so that a search for what a user saw finds it.
+// clang-format off
+const char COMPACTION_OVERRIDDEN_MESSAGE[] =
+    "Data compaction was turned off, but data must be compacted before subdivision can be performed. Compaction setting will be overridden.";
+// clang-format on
+
 // The host's errno is as it was after an import.
 class ErrnoKeeper {
 public:
@@ -38,6 +44,7 @@ class ImportScope {
 public:
     explicit ImportScope(ConverterState& ownState) noexcept : state(ownState) {
         state.importMode = &mode;
+        state.model.materialTable.hostHasRun();
     }
     ~ImportScope() { state.importMode = nullptr; }
     ImportScope(const ImportScope&) = delete;
@@ -69,9 +76,7 @@ void reverse(ConverterState& state) {
 
 void compact(ConverterState& state) {
     if (!state.settings.dataCompaction && state.settings.subdivisionRounds > 0) {
-        reportWarning(
-            "Data compaction was turned off, but data must be compacted before subdivision can "
-            "be performed. Compaction setting will be overridden.");
+        reportWarning(COMPACTION_OVERRIDDEN_MESSAGE);
         // For good: later imports compact too until the host changes it.
         state.settings.dataCompaction = true;
     }

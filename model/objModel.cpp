@@ -12,9 +12,10 @@ namespace {
 
 template <typename Record>
 int appendIndexed(std::vector<Record>& table, Record& record) {
-    record.index = nextRecordIndex(table.size());
-    table.push_back(record);
-    return record.index;
+    const std::int32_t position = nextRecordIndex(table.size());
+    record.index = position;
+    table.push_back(record);  // record may lie in the table and be gone now
+    return position;
 }
 
 // Makes room for one more element, growing as push_back does.
@@ -55,6 +56,7 @@ void ObjModel::addFaceToCurrentGroup(int faceIndex) {
 }
 
 int ObjModel::addFaceInCurrentGroup(const Face& face) {
+    assert(!groups.empty());
     reserveOneMore(groups.back().faceIndices);
     const int faceIndex = addFace(face);
     addFaceToCurrentGroup(faceIndex);

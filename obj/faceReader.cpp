@@ -93,6 +93,12 @@ void FaceReader::addPolygon(int currentMaterial) {
 
 namespace {
 
+// Unbroken, so that a search for what a user saw finds it.
+// clang-format off
+const char REPAIRED_FACES_MESSAGE[] =
+    "Number of faces where vertex, texture, or normal indices had to be changed due to being out of range: ";
+// clang-format on
+
 // The index moved into 0 to last, or to NO_INDEX where the table is empty.
 int clampedIndex(int index, int last) noexcept {
     return std::clamp(index, std::min(0, last), last);
@@ -129,10 +135,7 @@ void repairFaceIndices(ObjModel& model) {
             ++changedFaces;
     }
     if (changedFaces > 0)
-        reportWarning(
-            "Number of faces where vertex, texture, or normal indices had to be changed due to "
-            "being out of range: " +
-            std::to_string(changedFaces));
+        reportWarning(REPAIRED_FACES_MESSAGE + std::to_string(changedFaces));
 }
 
 }  // namespace obj_adapter

@@ -138,6 +138,7 @@ double decimalValue(const char* begin, const DecimalParts& parts) {
             return mantissa / POWERS_OF_TEN[-parts.exponent];
     }
     double value = 0.0;
+    // A library may give infinity or zero with or without an error.
     const std::from_chars_result result = std::from_chars(begin, parts.end, value);
     if (result.ec != std::errc() || std::isinf(value) || (value == 0.0 && parts.hasNonzeroDigit))
         throwOutOfRange();
@@ -198,7 +199,8 @@ double hexadecimalValue(const HexadecimalParts& parts) {
 
     if (parts.mantissa == 0)
         return 0.0;
-    const Exponent firstBit = parts.exponent + std::bit_width(parts.mantissa) - 1;
+    const auto bits = static_cast<Exponent>(std::bit_width(parts.mantissa));
+    const Exponent firstBit = parts.exponent + bits - 1;
     if (firstBit > HIGHEST_BIT)
         throwOutOfRange();
     // Of the mantissa's bits a double keeps those down to lastBit.

@@ -28,8 +28,13 @@ void openTextFile(std::ifstream& stream, const std::string& fileName) {
         throw std::runtime_error("File Name empty");
     // A locale of the host's may convert the bytes; they are wanted as they are.
     stream.imbue(std::locale::classic());
-    if (!platform::openForReading(stream, fileName) || platform::isDirectory(fileName))
+    if (!platform::openForReading(stream, fileName))
         throw std::runtime_error("Unable to open file");
+    // Some platforms open a directory like a file and fail at the first read.
+    if (platform::isDirectory(fileName)) {
+        stream.close();
+        throw std::runtime_error("Unable to open file");
+    }
     // Opening reads nothing, so this does not tell a zero-length file; such a
     // file opens and gives no lines.
     if (stream.eof()) {
@@ -88,8 +93,6 @@ bool LogicalLineReader::nextPhysical(std::string_view& line) {
 bool LogicalLineReader::fill() {
     if (streamHasEnded)
         return false;
-    // Without a formatted read: what stands ready comes without loss even when
-    // the read after it fails.
     if (stream.peek() == std::istream::traits_type::eof()) {
         if (stream.bad() || !stream.eof())
             throw std::runtime_error("Unable to read file");
@@ -104,11 +107,12 @@ bool LogicalLineReader::fill() {
     if (kept == buffer.size())
         buffer.resize(std::min(2 * kept, MAX_LINE_LENGTH + BLOCK_SIZE));
 
+    // Only what stands ready: nothing is lost when the read after it fails, which
+    // shows at the next call.
     const std::streamsize ready = std::max<std::streamsize>(stream.rdbuf()->in_avail(), 1);
     const auto room = static_cast<std::streamsize>(buffer.size() - kept);
-    const std::streamsize count =
-        stream.rdbuf()->sgetn(buffer.data() + kept, std::min(ready, room));
-    dataEnd += static_cast<std::size_t>(count);
+    stream.read(buffer.data() + kept, std::min(ready, room));
+    dataEnd += static_cast<std::size_t>(stream.gcount());
     return true;
 }
 

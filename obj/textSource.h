@@ -34,6 +34,8 @@ void openTextFile(std::ifstream& stream, const std::string& fileName);
 class LogicalLineReader {
 public:
     explicit LogicalLineReader(std::istream& source);
+    LogicalLineReader(const LogicalLineReader&) = delete;
+    LogicalLineReader& operator=(const LogicalLineReader&) = delete;
 
     // The next line, valid until the next call; false at the end of the text.
     //
@@ -58,6 +60,8 @@ class TextFile {
 public:
     // Opens as openTextFile does.
     explicit TextFile(const std::string& fileName);
+    TextFile(const TextFile&) = delete;
+    TextFile& operator=(const TextFile&) = delete;
 
     LogicalLineReader& getLines() noexcept { return *lines; }
 

@@ -8,6 +8,10 @@
 #include <direct.h>
 #include <io.h>
 #include <windows.h>
+#if defined(_MSC_VER)
+// The C runtime calls _wfopen and _wgetenv unsafe; they are wanted all the same.
+#pragma warning(disable : 4996)
+#endif
 #else
 #include <unistd.h>
 #endif

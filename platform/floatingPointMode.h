@@ -7,7 +7,7 @@
 namespace obj_adapter::platform {
 
 // Rounding to nearest, no trapping, subnormal numbers kept, from construction
-// to destruction; then the host's own mode again.
+// to destruction; then the host's own mode again, its exception flags included.
 class DefaultFloatingPointMode {
 public:
     DefaultFloatingPointMode() noexcept;
@@ -28,7 +28,11 @@ public:
     };
 
 private:
+    void leaveHostMode() noexcept;
+    void restoreHostMode() const noexcept;
+
     std::fenv_t hostMode;
+    unsigned hostSseControl = 0;  // where there is one
 };
 
 }  // namespace obj_adapter::platform

@@ -31,8 +31,8 @@ public:
     OBJ_ADAPTER_API static const int CONVERTER_ERROR = 0;  // no input file, or a stage gave up
 
     // The levels of a message.
-    static constexpr int MESSAGE_ERROR = 1;    // a line, file or model could not be processed
-    static constexpr int MESSAGE_WARNING = 2;  // a value was repaired, overridden or ignored
+    static constexpr int MESSAGE_ERROR = 1;        // a line, file or model could not be processed
+    static constexpr int MESSAGE_WARNING = 2;      // a value was repaired, overridden or ignored
     static constexpr int MESSAGE_INFORMATION = 3;  // progress and statistics
 
     // The one converter of the process, made with all defaults on the first
@@ -84,9 +84,9 @@ public:
     // Nodes are called by their last component alone. Default true.
     OBJ_ADAPTER_API void setHierarchyShowLastNamesOnly(bool lastNamesOnly) noexcept;
 
-    // A polygon none of whose corners can be cut off (a bow tie, say) makes the
-    // import run without end. True: it is reported and skipped instead, which a
-    // host that must not hang wants. Default false.
+    // A polygon none of whose corners can be cut off (one that runs back along
+    // its own side, say) makes the import run without end. True: it is reported
+    // and skipped instead, which a host that must not hang wants. Default false.
     OBJ_ADAPTER_API void setSkipPolygonsWithoutEar(bool skip) noexcept;
 
     // Where the messages go: a level and a text that holds during the call
