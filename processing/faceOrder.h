@@ -1,0 +1,63 @@
+// Internal: the order in which compaction sorts faces. Covered by
+// tests/processing/compactionTest.cpp.
+#pragma once
+
+#include <obj_adapter/geometryRecords.h>
+
+#include <algorithm>
+#include <cstdint>
+
+namespace obj_adapter {
+
+// The ascending triple of vertex indices, then the position that the face had
+// when it was marked: Face::operator<, and the earlier of equivalent faces
+// precedes. Has what BucketSorter needs.
+//
+// A face has no room for its position. While it is marked the position stands in
+// the last place of the sorted vertex indices; that index is the greatest of the
+// corners' and quickly found again.
+class FaceOrder {
+public:
+    // From here to unmark the face's sorted vertex indices are no such indices.
+    static void mark(Face& face, std::int32_t position) noexcept {
+        face.sortedKeyValid = false;
+        face.refreshSortedKey();
+        face.sortedVertexIndices[POSITION] = position;
+    }
+
+    static void unmark(Face& face) noexcept {
+        face.sortedVertexIndices[POSITION] = getHighestVertexIndex(face);
+    }
+
+    static bool precedes(const Face& a, const Face& b) noexcept {
+        const std::uint64_t keyOfA = getKey<0>(a);
+        const std::uint64_t keyOfB = getKey<0>(b);
+        return keyOfA != keyOfB ? keyOfA < keyOfB : getKey<1>(a) < getKey<1>(b);
+    }
+
+    static constexpr int NUMBER_OF_KEYS = 2;
+
+    // Indices and positions are not negative.
+    template <int KEY>
+    static std::uint64_t getKey(const Face& face) noexcept {
+        if constexpr (KEY == 0)
+            return joinNumbers(face.sortedVertexIndices[0], face.sortedVertexIndices[1]);
+        else
+            return joinNumbers(getHighestVertexIndex(face), face.sortedVertexIndices[POSITION]);
+    }
+
+private:
+    static constexpr int POSITION = CORNERS_PER_FACE - 1;
+
+    static std::int32_t getHighestVertexIndex(const Face& face) noexcept {
+        return std::max({face.elements[0].vertexIndex, face.elements[1].vertexIndex,
+                         face.elements[2].vertexIndex});
+    }
+
+    static std::uint64_t joinNumbers(std::int32_t high, std::int32_t low) noexcept {
+        constexpr int LOW_BITS = 32;
+        return static_cast<std::uint64_t>(high) << LOW_BITS | static_cast<std::uint64_t>(low);
+    }
+};
+
+}  // namespace obj_adapter
