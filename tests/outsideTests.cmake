@@ -1,0 +1,114 @@
+# Tests from outside of the library: what it exports, what is installed, and the
+# programs that stand on it. They run other programs and compare what those do.
+
+set(outsideWork ${CMAKE_CURRENT_BINARY_DIR}/outside)
+set(sampleScene ${PROJECT_SOURCE_DIR}/examples/scene/scene.obj)
+if(OBJ_ADAPTER_SANITIZE)
+    # A host of a sanitized library has to bring the sanitizers' runtime.
+    set(hostFlags -fsanitize=${OBJ_ADAPTER_SANITIZE})
+endif()
+
+# A test that is a CMake script: add_script_test(name script NAME=value...)
+function(add_script_test name script)
+    set(definitions)
+    foreach(definition IN LISTS ARGN)
+        list(APPEND definitions -D${definition})
+    endforeach()
+    add_test(NAME ${name}
+        COMMAND ${CMAKE_COMMAND} ${definitions} -P ${CMAKE_CURRENT_SOURCE_DIR}/${script})
+    set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+endfunction()
+
+# --- Each exported header compiles alone, and twice in a row, as C++17 ----------
+
+# All there are, so that a new one cannot be forgotten.
+file(GLOB exportedHeaders CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}/include
+    ${PROJECT_SOURCE_DIR}/include/obj_adapter/*.h)
+set(hostCompilers)
+if(UNIX)
+    find_program(GNU_COMPILER g++)
+    find_program(CLANG_COMPILER clang++)
+    foreach(compiler IN ITEMS ${GNU_COMPILER} ${CLANG_COMPILER})
+        if(compiler)
+            list(APPEND hostCompilers ${compiler})
+        endif()
+    endforeach()
+endif()
+foreach(header IN LISTS exportedHeaders)
+    cmake_path(GET header STEM headerName)
+    set(unit ${outsideWork}/exportedHeaders/${headerName}.cpp)
+    file(CONFIGURE OUTPUT ${unit}
+        CONTENT "#include <@header@>\n#include <@header@>  // NOLINT: again, on purpose\n" @ONLY)
+    foreach(compiler IN LISTS hostCompilers)
+        cmake_path(GET compiler FILENAME compilerName)
+        add_test(NAME exportedHeaders/${headerName}/${compilerName}
+            COMMAND ${compiler} -std=c++17 -O1
+                -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
+                -I${PROJECT_SOURCE_DIR}/include -c ${unit} -o ${unit}.${compilerName}.o)
+    endforeach()
+endforeach()
+
+# --- The library's exported names ------------------------------------------------
+
+if(UNIX AND NOT APPLE)
+    add_script_test(exportedSymbols installed/exportedSymbols.cmake
+        LIBRARY=$<TARGET_FILE:obj_adapter>
+        EXPECTED=${PROJECT_SOURCE_DIR}/docs/exportedSymbols.txt
+        WORK=${outsideWork}/exportedSymbols
+        NM=${CMAKE_NM})
+endif()
+
+add_test_program(exportedInterfaceTests host_test_support
+    exportedInterface/exportedInterfaceTest.cpp
+    exportedInterface/recordLayoutTest.cpp)
+
+# --- The installed package and the build without packages ------------------------
+
+if(UNIX AND NOT APPLE)
+    add_script_test(installedPackage installed/installedPackage.cmake
+        BUILD=${PROJECT_BINARY_DIR}
+        SOURCE=${PROJECT_SOURCE_DIR}
+        WORK=${outsideWork}/installedPackage
+        LIBDIR=${CMAKE_INSTALL_LIBDIR}
+        VERSION=${PROJECT_VERSION}
+        COMPILER=${CMAKE_CXX_COMPILER}
+        FLAGS=${hostFlags}
+        GENERATOR=${CMAKE_GENERATOR})
+
+    # The same whatever this build is, so once is enough.
+    if(CMAKE_BUILD_TYPE STREQUAL "Release")
+        add_script_test(bareBuild installed/bareBuild.cmake
+            SOURCE=${PROJECT_SOURCE_DIR}
+            WORK=${outsideWork}/bareBuild
+            COMPILER=${CMAKE_CXX_COMPILER}
+            GENERATOR=${CMAKE_GENERATOR})
+    endif()
+endif()
+
+# --- Two runs, and two builds, give the same bits --------------------------------
+
+add_executable(print_model support/printModelMain.cpp)
+target_link_libraries(print_model PRIVATE host_test_support)
+obj_adapter_set_compiler_flags(print_model)
+if(UNIX)
+    add_script_test(printedModels installed/printedModels.cmake
+        PROGRAM=$<TARGET_FILE:print_model>
+        "INPUTS=${sampleScene}$<SEMICOLON>${CMAKE_CURRENT_SOURCE_DIR}/samples"
+        WORK=${outsideWork}/printedModels)
+endif()
+
+# --- The example and the command-line program ------------------------------------
+
+# The example builds in every run, by way of the build tree too.
+add_executable(firstImport ${PROJECT_SOURCE_DIR}/examples/firstImport.cpp)
+target_link_libraries(firstImport PRIVATE obj_adapter)
+obj_adapter_set_compiler_flags(firstImport)
+add_script_test(firstImport tools/runProgram.cmake
+    PROGRAM=$<TARGET_FILE:firstImport>
+    ARGUMENTS=${sampleScene}
+    WORK=${outsideWork}/firstImport
+    EXPECTED=${CMAKE_CURRENT_SOURCE_DIR}/tools/firstImport.expected)
+
+if(TARGET obj_adapter_tool)
+    include(tools/toolTests.cmake)
+endif()
