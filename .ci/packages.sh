@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by the scripts: installs what is missing. Needs Debian's package tools;
 # elsewhere it leaves the machine alone and lets the build say what it lacks.
 

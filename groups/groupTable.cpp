@@ -33,18 +33,6 @@ bool namesGroup(const ObjModel& model, std::int32_t groupIndex) {
     return groupIndex >= 0 && static_cast<std::size_t>(groupIndex) < model.groups.size();
 }
 
-// Makes room in every group's list for the faces that name the group. The lists
-// themselves stay as they are.
-void reserveFaceLists(ObjModel& model) {
-    std::vector<std::size_t> faceCounts(model.groups.size());
-    for (const Face& face : model.faces) {
-        if (namesGroup(model, face.groupIndex))
-            ++faceCounts[static_cast<std::size_t>(face.groupIndex)];
-    }
-    for (std::size_t group = 0; group < faceCounts.size(); ++group)
-        model.groups[group].faceIndices.reserve(faceCounts[group]);
-}
-
 }  // namespace
 
 int addGroup(ObjModel& model, std::string name) {
@@ -75,10 +63,17 @@ std::string addInitialGroup(ObjModel& model) {
     return name;
 }
 
-void rebuildGroupFaceLists(ObjModel& model) {
-    reserveFaceLists(model);
+void reserveGroupFaceLists(ObjModel& model, std::size_t copies) {
+    std::vector<std::size_t> faceCounts(model.groups.size());
+    for (const Face& face : model.faces) {
+        if (namesGroup(model, face.groupIndex))
+            ++faceCounts[static_cast<std::size_t>(face.groupIndex)];
+    }
+    for (std::size_t group = 0; group < faceCounts.size(); ++group)
+        model.groups[group].faceIndices.reserve(copies * faceCounts[group]);
+}
 
-    // Nothing below allocates.
+void rebuildGroupFaceLists(ObjModel& model) {
     model.hierarchyValid = false;
     for (Group& group : model.groups)
         group.clearFaceIndices();

@@ -5,6 +5,7 @@
 // ObjModel::hierarchyValid.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -26,7 +27,12 @@ std::string addDefaultGroup(ObjModel& model);
 // returns that name.
 std::string addInitialGroup(ObjModel& model);
 
-// Fills every group's list anew from the faces' groupIndex, in table order.
+// Makes room in every group's list for copies times the faces that name the
+// group; the lists stay as they are.
+void reserveGroupFaceLists(ObjModel& model, std::size_t copies = 1);
+
+// Fills every group's list anew from the faces' groupIndex, in table order. Asks
+// for no memory after reserveGroupFaceLists.
 void rebuildGroupFaceLists(ObjModel& model);
 
 // Drops the groups without faces and renumbers the faces' groupIndex; the

@@ -15,9 +15,10 @@ std::string oneBased(std::int32_t index) {
 std::string cornerText(const FaceElement& corner) {
     std::string text = oneBased(corner.vertexIndex);
     if (corner.textureIndex != NO_INDEX)
-        text += "/" + oneBased(corner.textureIndex);
+        text.append("/").append(oneBased(corner.textureIndex));
     if (corner.normalIndex != NO_INDEX)
-        text += (corner.textureIndex == NO_INDEX ? "//" : "/") + oneBased(corner.normalIndex);
+        text.append(corner.textureIndex == NO_INDEX ? "//" : "/")
+            .append(oneBased(corner.normalIndex));
     return text;
 }
 

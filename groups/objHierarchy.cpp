@@ -39,7 +39,8 @@ using SeenNames = std::map<std::string, int>;
 void renameGroup(Group& group, SeenNames::iterator takenName, SeenNames& seenNames) {
     std::string ending;
     do {
-        ending = "_" + std::to_string(takenName->second++);
+        ending = '_';
+        ending += std::to_string(takenName->second++);
     } while (!seenNames.try_emplace(takenName->first + ending, 1).second);
 
     const int lastPosition = static_cast<int>(group.names.size()) - 1;

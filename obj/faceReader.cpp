@@ -99,9 +99,10 @@ const char REPAIRED_FACES_MESSAGE[] =
     "Number of faces where vertex, texture, or normal indices had to be changed due to being out of range: ";
 // clang-format on
 
-// The index moved into 0 to last, or to NO_INDEX where the table is empty.
+// A negative index becomes 0, even where the table is empty; one past the end the
+// last, which is NO_INDEX there.
 int clampedIndex(int index, int last) noexcept {
-    return std::clamp(index, std::min(0, last), last);
+    return index < 0 ? 0 : std::min(index, last);
 }
 
 // Like that, but NO_INDEX stays.

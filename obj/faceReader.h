@@ -52,8 +52,10 @@ private:
     std::vector<Face> triangles;
 };
 
-// Moves every index that lies outside its table to the nearest end of it, or to
-// NO_INDEX where the table is empty, and reports the number of faces changed.
+// Moves every index that lies outside its table to the nearest end of it, and
+// reports the number of faces changed. Where the table is empty, an index past its
+// end becomes NO_INDEX and a negative one 0 (a vertex index of NO_INDEX too, which
+// an earlier import without vertices leaves): stages check before they follow one.
 void repairFaceIndices(ObjModel& model);
 
 }  // namespace obj_adapter

@@ -5,6 +5,7 @@
 // once: fresh memory for a second table would cost more than the sort.
 #include "processing/compaction.h"
 
+#include "groups/groupTable.h"
 #include "model/objModel.h"
 #include "processing/bucketSort.h"
 #include "processing/faceOrder.h"
@@ -22,35 +23,6 @@ namespace {
 // From a vertex's position before compaction to that of the vertex that stands
 // for it afterwards.
 using IndexMap = std::vector<std::int32_t>;
-
-bool namesGroup(const ObjModel& model, std::int32_t groupIndex) noexcept {
-    return groupIndex >= 0 && static_cast<std::size_t>(groupIndex) < model.groups.size();
-}
-
-// Makes room for every face in the list of the group that it names, so that the
-// lists can be filled anew without asking for memory.
-void reserveGroupFaceLists(ObjModel& model) {
-    std::vector<std::size_t> faceCounts(model.groups.size());
-    for (const Face& face : model.faces) {
-        if (namesGroup(model, face.groupIndex))
-            ++faceCounts[static_cast<std::size_t>(face.groupIndex)];
-    }
-    for (std::size_t group = 0; group < faceCounts.size(); ++group)
-        model.groups[group].faceIndices.reserve(faceCounts[group]);
-}
-
-// Like rebuildGroupFaceLists, with the room that has been made.
-void refillGroupFaceLists(ObjModel& model) noexcept {
-    for (Group& group : model.groups)
-        group.faceIndices.clear();
-    for (std::size_t face = 0; face < model.faces.size(); ++face) {
-        const std::int32_t groupIndex = model.faces[face].groupIndex;
-        if (namesGroup(model, groupIndex)) {
-            Group& group = model.groups[static_cast<std::size_t>(groupIndex)];
-            group.faceIndices.push_back(static_cast<int>(face));
-        }
-    }
-}
 
 template <typename Table>
 void cutOff(Table& table, std::size_t newSize) noexcept {
@@ -170,7 +142,7 @@ void compactData(ObjModel& model) {
     renumberFaces(model.faces, newPositions);
     sortFaces(model.faces);
     model.hasConflictingFaces = removeDuplicateFaces(model.faces);
-    refillGroupFaceLists(model);
+    rebuildGroupFaceLists(model);
 }
 
 }  // namespace obj_adapter

@@ -56,7 +56,15 @@ protected:
 
     int import(const std::string& text) {
         fileName = directory.write("a.obj", text);
-        return converter->importObjDataFromFile(fileName.c_str());
+        const int code = converter->importObjDataFromFile(fileName.c_str());
+        // The converter that there is now: the callback may have deleted the other.
+        const bool isDone = code == ObjConverter::CONVERTER_OK;
+        if (currentConverterState() != nullptr) {
+            EXPECT_EQ(findViolations(viewOf(*ObjConverter::getInstance()),
+                                     isDone ? ModelState::READ : ModelState::ENDED_EARLY),
+                      "");
+        }
+        return code;
     }
 
     // Throws from the callback at every message that starts with the text.

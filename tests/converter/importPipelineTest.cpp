@@ -84,6 +84,7 @@ TEST(ImportPipeline, subdivisionTurnsCompactionOnForGood) {
                                       "3|Compacting...\n"
                                       "3|Done compacting.\n"
                                       "3|Obj data import complete.\n");
+    EXPECT_EQ(findViolations(viewOf(*converter), ModelState::COMPACTED), "");
 }
 
 TEST(ImportPipeline, limitTypesAreComparedExactly) {
@@ -189,6 +190,22 @@ TEST(ImportPipeline, aFileThatCannotBeOpened) {
               "3|Reading input file...\n"
               "1|Stopping conversion... Unable to open file\n");
 }
+
+#if defined(__linux__)
+
+// The process's own memory opens like a file; its first page is never there.
+TEST(ImportPipeline, aFileThatOpensAndCannotBeRead) {
+    const ImportResult result = importFile("/proc/self/mem");
+    EXPECT_EQ(result.code, ObjConverter::CONVERTER_ERROR);
+    EXPECT_EQ(result.allMessages,
+              "3|Obj Converter Import:\n"
+              "3|Reading input file...\n"
+              "1|Problem reading obj file Unable to read file\n"
+              "1|Stopping conversion... Unable to read obj file.\n");
+    EXPECT_EQ(describeGroups(result.model), "mem:");
+}
+
+#endif
 
 TEST(ImportPipeline, pathAndFileSetByThemselvesAreJoinedAsTheyAre) {
     const TemporaryDirectory directory;

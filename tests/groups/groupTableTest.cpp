@@ -1,111 +1,19 @@
 // Covers groups/groupTable.cpp.
 #include "groups/groupTable.h"
 
-#include "groups/allocationBudget.h"
 #include "model/objModel.h"
+#include "support/countedMemory.h"
 #include "support/describe.h"
 
 #include <gtest/gtest.h>
 
 #include <cstddef>
-#include <cstdlib>
 #include <functional>
 #include <limits>
 #include <new>
 #include <string>
 #include <utility>
 #include <vector>
-
-namespace obj_adapter::test {
-
-namespace {
-
-struct AllocationCounts {
-    long remaining = -1;  // less than zero: without limit
-    long liveBlocks = 0;
-    std::size_t requestedBytes = 0;
-};
-
-AllocationCounts allocationCounts;
-
-// Null when the budget is spent.
-void* tryToAllocate(std::size_t size) noexcept {
-    if (allocationCounts.remaining == 0)
-        return nullptr;
-    void* const block = std::malloc(size == 0 ? 1 : size);
-    if (block == nullptr)
-        return nullptr;
-    if (allocationCounts.remaining > 0)
-        --allocationCounts.remaining;
-    ++allocationCounts.liveBlocks;
-    allocationCounts.requestedBytes += size;
-    return block;
-}
-
-void* allocate(std::size_t size) {
-    void* const block = tryToAllocate(size);
-    if (block == nullptr)
-        throw std::bad_alloc();
-    return block;
-}
-
-void release(void* block) noexcept {
-    if (block != nullptr)
-        --allocationCounts.liveBlocks;
-    std::free(block);
-}
-
-}  // namespace
-
-AllocationBudget::AllocationBudget(long allocations) noexcept {
-    allocationCounts.remaining = allocations;
-}
-
-AllocationBudget::~AllocationBudget() {
-    allocationCounts.remaining = -1;
-}
-
-long countLiveBlocks() noexcept {
-    return allocationCounts.liveBlocks;
-}
-
-std::size_t countRequestedBytes() noexcept {
-    return allocationCounts.requestedBytes;
-}
-
-}  // namespace obj_adapter::test
-
-void* operator new(std::size_t size) {
-    return obj_adapter::test::allocate(size);
-}
-
-void* operator new[](std::size_t size) {
-    return obj_adapter::test::allocate(size);
-}
-
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return obj_adapter::test::tryToAllocate(size);
-}
-
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-    return obj_adapter::test::tryToAllocate(size);
-}
-
-void operator delete(void* block) noexcept {
-    obj_adapter::test::release(block);
-}
-
-void operator delete[](void* block) noexcept {
-    obj_adapter::test::release(block);
-}
-
-void operator delete(void* block, std::size_t) noexcept {
-    obj_adapter::test::release(block);
-}
-
-void operator delete[](void* block, std::size_t) noexcept {
-    obj_adapter::test::release(block);
-}
 
 namespace obj_adapter::test {
 namespace {
@@ -378,7 +286,11 @@ TEST(GroupTableTest, NothingChangesWhenMemoryRunsOut) {
          }},
         {"addDefaultGroup", [](ObjModel& model) { addDefaultGroup(model); }},
         {"addInitialGroup", [](ObjModel& model) { addInitialGroup(model); }},
-        {"rebuildGroupFaceLists", [](ObjModel& model) { rebuildGroupFaceLists(model); }},
+        {"reserveGroupFaceLists and rebuildGroupFaceLists",
+         [](ObjModel& model) {
+             reserveGroupFaceLists(model);
+             rebuildGroupFaceLists(model);
+         }},
         {"removeEmptyGroups", [](ObjModel& model) { removeEmptyGroups(model); }},
     };
     for (const auto& [title, change] : CASES) {
@@ -400,6 +312,15 @@ TEST(GroupTableTest, NothingChangesWhenMemoryRunsOut) {
         }
         EXPECT_GT(failures, 0);
     }
+}
+
+TEST(GroupTableTest, RebuildingNeedsNoMemoryWhereRoomIsMade) {
+    ObjModel model;
+    fill(model);
+    reserveGroupFaceLists(model);
+    const AllocationBudget budget(0);
+    rebuildGroupFaceLists(model);
+    EXPECT_EQ(model.groups[1].getNumberOfFaces(), 5);
 }
 
 TEST(GroupTableTest, ReversalNeedsNoMemory) {

@@ -2,10 +2,10 @@
 // groups/objHierarchyNode.cpp.
 #include "groups/objHierarchy.h"
 
-#include "groups/allocationBudget.h"
 #include "groups/groupTable.h"
 #include "groups/nameIndex.h"
 #include "model/objModel.h"
+#include "support/countedMemory.h"
 #include "support/describe.h"
 #include "support/importText.h"
 #include "support/randomSource.h"
@@ -332,11 +332,11 @@ TEST(ObjHierarchyTest, EveryRequestBuildsAnewAndFreesTheOldTree) {
     ObjModel model;
     addGroups(model, {{"a", "b", "c"}, {"a", "b", "d"}, {"x"}});
     buildRoot(model, BY_PATH, LAST_NAMES)->name = "written by the host";
-    const long liveBlocks = countLiveBlocks();
+    const std::size_t liveBlocks = getNumberOfBlocksInUse();
     EXPECT_FALSE(model.hierarchyValid);
     EXPECT_EQ(buildRoot(model, BY_PATH, LAST_NAMES)->name, "Obj File");
     EXPECT_FALSE(model.hierarchyValid);
-    EXPECT_EQ(countLiveBlocks(), liveBlocks - 1);  // the long name
+    EXPECT_EQ(getNumberOfBlocksInUse(), liveBlocks - 1);  // the long name
 }
 
 TEST(ObjHierarchyTest, AValidTreeWithTheSameFlagsIsKept) {
@@ -723,9 +723,9 @@ TEST(ObjHierarchyTest, GroupsThatShareAVeryLongPath) {
 std::size_t bytesForChain(int componentCount) {
     ObjModel model;
     addGroups(model, {chainNames(componentCount), {"x"}});
-    const std::size_t before = countRequestedBytes();
+    const std::size_t before = getBytesRequested();
     buildRoot(model, BY_PATH, LAST_NAMES);
-    return countRequestedBytes() - before;
+    return getBytesRequested() - before;
 }
 
 TEST(ObjHierarchyTest, MemoryForAChainIsInProportionToItsLength) {
@@ -755,7 +755,7 @@ TEST(ObjHierarchyTest, AChainWithFullNames) {
 }
 
 TEST(ObjHierarchyNodeTest, DestroysAllDescendants) {
-    const long before = countLiveBlocks();
+    const std::size_t before = getNumberOfBlocksInUse();
     {
         ObjHierarchyNode root("a root with a name of some length", true, nullptr);
         ObjHierarchyNode* node = &root;
@@ -765,21 +765,21 @@ TEST(ObjHierarchyNodeTest, DestroysAllDescendants) {
             // First, middle and last child in turn carry the next level.
             node = node->children[static_cast<std::size_t>(depth % 3)];
         }
-        EXPECT_GT(countLiveBlocks(), before + 3000);
+        EXPECT_GT(getNumberOfBlocksInUse(), before + 3000);
     }
-    EXPECT_EQ(countLiveBlocks(), before);
+    EXPECT_EQ(getNumberOfBlocksInUse(), before);
 }
 
 TEST(ObjHierarchyNodeTest, DestructionNeedsNoMemory) {
     auto root = std::make_unique<ObjHierarchyNode>("root", true, nullptr);
     for (int child = 0; child < 3; ++child)
         root->children.push_back(new ObjHierarchyNode("child", true, nullptr));
-    const long before = countLiveBlocks();
+    const std::size_t before = getNumberOfBlocksInUse();
     {
         const AllocationBudget budget(0);
         root.reset();
     }
-    EXPECT_LT(countLiveBlocks(), before);
+    EXPECT_LT(getNumberOfBlocksInUse(), before);
 }
 
 #if !defined(_WIN32)
@@ -837,7 +837,7 @@ TEST(ObjHierarchyTest, ABuildThatRunsOutOfMemoryLeavesNoTree) {
             getHierarchy(model, !flat, LAST_NAMES);
             model.groups.clear();
             addGroups(model, groups);
-            const long before = countLiveBlocks();
+            const std::size_t before = getNumberOfBlocksInUse();
             try {
                 const AllocationBudget budget(failures);
                 getHierarchy(model, flat, FULL_NAMES);
@@ -848,7 +848,7 @@ TEST(ObjHierarchyTest, ABuildThatRunsOutOfMemoryLeavesNoTree) {
             if (hasSucceeded)
                 break;
             ASSERT_EQ(model.hierarchy->getRoot(), nullptr);
-            EXPECT_LE(countLiveBlocks(), before);
+            EXPECT_LE(getNumberOfBlocksInUse(), before);
             // The next request, with memory, is none the worse.
             EXPECT_EQ(describeTree(model, flat, FULL_NAMES), expected);
         }

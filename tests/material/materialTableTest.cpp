@@ -2,42 +2,16 @@
 #include "material/materialTable.h"
 
 #include "material/readMtlText.h"
+#include "support/countedMemory.h"
 #include "support/randomSource.h"
 
 #include <obj_adapter/geometryRecords.h>
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <new>
 #include <stdexcept>
 #include <string>
-
-namespace {
-
-// The allocations that succeed before one fails; negative: none will.
-int allocationsUntilFailure = -1;
-
-// Called through a variable: a compiler that saw the plain call would take it
-// for a mismatch with new.
-void (*volatile releaseMemory)(void*) = &std::free;
-
-}  // namespace
-
-// The test program's own, so that memory can run out at any allocation.
-void* operator new(std::size_t size) {
-    if (allocationsUntilFailure >= 0 && allocationsUntilFailure-- == 0)
-        throw std::bad_alloc();
-    if (void* memory = std::malloc(size == 0 ? 1 : size))
-        return memory;
-    throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-    releaseMemory(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    releaseMemory(memory);
-}
 
 namespace obj_adapter::test {
 namespace {
@@ -76,14 +50,13 @@ struct MemoryOutcome {
 template <typename Action>
 MemoryOutcome runOutOfMemory(int allocations, Action action) {
     MemoryOutcome outcome{true, false};
-    allocationsUntilFailure = allocations;
+    failAllocationAfter(allocations);
     try {
         action();
     } catch (const std::bad_alloc&) {
         outcome.hasThrown = true;
     }
-    outcome.hasRunOut = allocationsUntilFailure < 0;
-    allocationsUntilFailure = -1;
+    outcome.hasRunOut = stopFailingAllocations();
     return outcome;
 }
 

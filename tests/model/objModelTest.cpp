@@ -1,70 +1,21 @@
 // The model's add operations, and that they do all or nothing when memory runs
-// out: operator new of this program fails on demand.
+// out.
 #include "model/objModel.h"
 
 #include "groups/groupTable.h"
+#include "support/countedMemory.h"
 #include "support/describe.h"
 #include "support/modelView.h"
 
 #include <gtest/gtest.h>
 
 #include <cstddef>
-#include <cstdlib>
-#include <limits>
 #include <new>
 #include <string>
-
-namespace {
-
-constexpr int NEVER = std::numeric_limits<int>::max();
-
-// Allocations that still succeed, and those asked for so far.
-int allocationsLeft = NEVER;
-int allocationCount = 0;
-
-void* allocate(std::size_t size) {
-    ++allocationCount;
-    if (allocationsLeft != NEVER && allocationsLeft-- <= 0)
-        throw std::bad_alloc();
-    void* memory = std::malloc(size == 0 ? 1 : size);
-    if (memory == nullptr)
-        throw std::bad_alloc();
-    return memory;
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-    return allocate(size);
-}
-void* operator new[](std::size_t size) {
-    return allocate(size);
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 namespace obj_adapter::test {
 
 namespace {
-
-// Lets every allocation fail after so many more, until destroyed.
-class FailingMemory {
-public:
-    explicit FailingMemory(int successes) { allocationsLeft = successes; }
-    ~FailingMemory() { allocationsLeft = NEVER; }
-    FailingMemory(const FailingMemory&) = delete;
-    FailingMemory& operator=(const FailingMemory&) = delete;
-};
 
 Face faceOf(int first, int second, int third) {
     Face face;
@@ -222,14 +173,14 @@ TEST(ObjModel, recordOfTheTableItselfCanBeAddedAgain) {
 TEST(ObjModel, growingTakesFewAllocations) {
     ObjModel model;
     addGroup(model, "body");
-    const int before = allocationCount;
+    const std::size_t before = getNumberOfAllocations();
     constexpr int FACE_COUNT = 100000;
     for (int face = 0; face < FACE_COUNT; ++face)
         model.addFaceInCurrentGroup(faceOf(face, face + 1, face + 2));
     EXPECT_EQ(model.getNumberOfFaces(), FACE_COUNT);
     EXPECT_EQ(model.groups[0].faceIndices.back(), FACE_COUNT - 1);
     // Twice some seventeen doublings; other libraries grow by halves.
-    EXPECT_LT(allocationCount - before, 100);
+    EXPECT_LT(getNumberOfAllocations() - before, 100U);
 }
 
 // Tables of every small size, so that each of the two is full or not, and every
@@ -254,7 +205,7 @@ TEST(ObjModel, faceIsAddedWhollyOrNotAtAll) {
                 bool hasFailed = false;
                 int position = NO_INDEX;
                 try {
-                    const FailingMemory memory(successes);
+                    const AllocationBudget budget(successes);
                     position = model.addFaceInCurrentGroup(added);
                 } catch (const std::bad_alloc&) {
                     hasFailed = true;
@@ -296,7 +247,7 @@ TEST(ObjModel, pointTablesAreUnchangedWhenMemoryRunsOut) {
     model.texturePoints.shrink_to_fit();
     model.normalPoints.shrink_to_fit();
     {
-        const FailingMemory memory(0);
+        const AllocationBudget budget(0);
         EXPECT_THROW(model.addVertex(vertex), std::bad_alloc);
         EXPECT_THROW(model.addTexturePoint(texturePoint), std::bad_alloc);
         EXPECT_THROW(model.addNormalPoint(normalPoint), std::bad_alloc);
@@ -316,7 +267,7 @@ TEST(ObjModel, faceTableIsUnchangedWhenItsGroupCannotGrow) {
     model.addFace(faceOf(0, 1, 2));
     model.hierarchyValid = true;
     {
-        const FailingMemory memory(0);
+        const AllocationBudget budget(0);
         EXPECT_THROW(model.addFaceToCurrentGroup(0), std::bad_alloc);
     }
     EXPECT_EQ(describeModel(model), "faces [0 1 2]; groups body:; vertices ; hierarchy valid");

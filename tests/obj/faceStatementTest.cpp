@@ -4,6 +4,8 @@
 #include "model/objModel.h"
 #include "support/describe.h"
 #include "support/importText.h"
+#include "support/messageRecorder.h"
+#include "support/temporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -150,12 +152,37 @@ TEST(FaceStatement, vertexIndicesWithoutVerticesBecomeNone) {
               "to being out of range: 1\n");
 }
 
-TEST(FaceStatement, vertexIndicesWithoutVerticesStayNoneInALaterImport) {
-    const ImportResult first = importText("f 1 2 3\n");
-    EXPECT_EQ(describeFaces(first.model), "[- - -]");
+// The repair looks at the faces of earlier imports too: -1 is below the table and
+// becomes 0, 0 is past its end and becomes -1.
+TEST(FaceStatement, laterImportsRepairIndicesWithoutVerticesAgain) {
+    const TemporaryDirectory directory;
+    const std::string file = directory.write("a.obj", "f 1 2 3\n");
+    ObjConverter::clearInstance();
+    MessageRecorder recorder;
     ObjConverter* converter = ObjConverter::getInstance();
-    converter->importObjDataFromFile("./does_not_exist.obj");
-    EXPECT_EQ(describeFaces(viewOf(*converter)), "[- - -]");
+    converter->setDataCompaction(false);
+    const char* const FACES_AFTER_IMPORT[] = {"[- - -]", "[0 0 0] [- - -]",
+                                              "[- - -] [0 0 0] [- - -]"};
+    for (int import = 0; import < 3; ++import) {
+        SCOPED_TRACE(import);
+        recorder.clear();
+        EXPECT_EQ(converter->importObjDataFromFile(file.c_str()), ObjConverter::CONVERTER_OK);
+        EXPECT_EQ(describeFaces(viewOf(*converter)), FACES_AFTER_IMPORT[import]);
+        // Index ranges apart: there is no vertex 0.
+        EXPECT_EQ(findViolations(viewOf(*converter), ModelState::ENDED_EARLY), "");
+        EXPECT_EQ(recorder.getText(),
+                  "3|Obj Converter Import:\n"
+                  "3|Reading input file...\n"
+                  "2|Number of faces where vertex, texture, or normal indices had to be changed "
+                  "due to being out of range: " +
+                      std::to_string(import + 1) +
+                      "\n"
+                      "3|Done reading input.\n"
+                      "3|Obj data import complete.\n");
+    }
+    converter->setDataCompaction(true);
+    EXPECT_EQ(converter->importObjDataFromFile(file.c_str()), ObjConverter::CONVERTER_OK);
+    EXPECT_EQ(converter->getNumberOfFaces(), 0);
 }
 
 TEST(FaceStatement, everyTriangleOfAQuadHasTheMaterialAndTheGroup) {
@@ -216,8 +243,19 @@ TEST(RepairFaceIndices, bringsEveryIndexIntoRange) {
     face.sortedKeyValid = true;
     model.addFace(face);
     repairFaceIndices(model);
-    EXPECT_EQ(describeFaces(viewOfModel(model)), "[0/0 1/0 1/0]");
+    EXPECT_EQ(describeFaces(viewOfModel(model)), "[0/0/0 1/0 1/0]");
     EXPECT_FALSE(model.faces[0].sortedKeyValid);
+}
+
+TEST(RepairFaceIndices, ofEmptyTablesTakesNegativeIndicesToZeroAndOthersToNone) {
+    ObjModel model;
+    Face face;
+    face.elements[0] = {-7, -2, -9};
+    face.elements[1] = {0, 0, 5};
+    face.elements[2] = {NO_INDEX, NO_INDEX, NO_INDEX};
+    model.addFace(face);
+    repairFaceIndices(model);
+    EXPECT_EQ(describeFaces(viewOfModel(model)), "[0/0/0 - 0]");
 }
 
 }  // namespace

@@ -57,6 +57,8 @@ const RecordCase RECORD_CASES[] = {
      "1|Error processing vertex normal: invalid stod argument\n"
      "Vertex Normal will be replaced by (0,0,0).\n"},
     {"comments", "#v 1 2 3\n# text\n##\n", "", "", "", ""},
+    {"a comment that ends in a backslash takes the next line with it", "# x\\\nv 1 2 3\nv 4 5 6\n",
+     "(4 5 6 w1)", "", "", ""},
     {"an indented comment is an unknown keyword", " # x\n", "", "", "",
      "2|Unrecognized statement: \"#\" was seen 1 times.\n"},
     {"a line of one character is skipped, whatever it is", "x\nv\ng\n#\n", "", "", "", ""},

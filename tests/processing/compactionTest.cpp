@@ -6,6 +6,7 @@
 #include "model/objModel.h"
 #include "processing/bucketSort.h"
 #include "processing/vertexOrder.h"
+#include "support/countedMemory.h"
 #include "support/describe.h"
 #include "support/importText.h"
 #include "support/modelChecker.h"
@@ -28,63 +29,6 @@
 #include <sstream>
 #include <string>
 #include <vector>
-
-namespace {
-
-// What operator new below does in this program.
-constexpr int NEVER = -1;
-int successesBeforeFailure = NEVER;
-std::size_t bytesRequested = 0;
-
-void* allocate(std::size_t size) {
-    if (successesBeforeFailure == 0)
-        throw std::bad_alloc();
-    if (successesBeforeFailure > 0)
-        --successesBeforeFailure;
-    bytesRequested += size;
-    if (void* memory = std::malloc(size == 0 ? 1 : size))
-        return memory;
-    throw std::bad_alloc();
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-    return allocate(size);
-}
-
-void* operator new[](std::size_t size) {
-    return allocate(size);
-}
-
-// The sanitizers ask for these in pairs.
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    try {
-        return allocate(size);
-    } catch (const std::bad_alloc&) {
-        return nullptr;
-    }
-}
-
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-
-void operator delete(void* memory, const std::nothrow_t&) noexcept {
-    std::free(memory);
-}
-
-void operator delete[](void* memory) noexcept {
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-
-void operator delete[](void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 namespace obj_adapter::test {
 
@@ -709,7 +653,7 @@ TEST(Compaction, triangleAndItsRotationsBecomeOne) {
     }
 }
 
-// Would take hours if it were quadratic.
+// Quadratic work would run into the time limit.
 TEST(Compaction, manyEqualRecordsTakeLinearTime) {
     constexpr int COUNT = 300000;
     ObjModel model;
@@ -758,13 +702,13 @@ TEST(Compaction, modelStaysAsItWasWhenMemoryRunsOut) {
         ObjModel model;
         generateModelWithShortLists(model);
         const std::string before = printAll(model);
-        successesBeforeFailure = failures;
+        failAllocationAfter(failures);
         try {
             compactData(model);
             isDone = true;
         } catch (const std::bad_alloc&) {
         }
-        successesBeforeFailure = NEVER;
+        stopFailingAllocations();
         ASSERT_EQ(printAll(model), isDone ? printAll(twin) : before);
     }
     // The map, the count and two lists at the least.
@@ -775,10 +719,10 @@ TEST(Compaction, asksForFourBytesForEachVertex) {
     constexpr int VERTICES = 20000;
     ObjModel model;
     generateModel(6, {VERTICES, 30000, Coordinates::EVEN}, model);
-    const std::size_t before = bytesRequested;
+    const std::size_t before = getBytesRequested();
     compactData(model);
     constexpr std::size_t REMAINDER = 1000;
-    EXPECT_LE(bytesRequested - before, VERTICES * sizeof(std::int32_t) + REMAINDER);
+    EXPECT_LE(getBytesRequested() - before, VERTICES * sizeof(std::int32_t) + REMAINDER);
 }
 
 // --- The keys and the sort by themselves

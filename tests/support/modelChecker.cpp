@@ -76,8 +76,11 @@ private:
         for (std::size_t face = 0; face < model.faces.size(); ++face) {
             for (const FaceElement& corner : model.faces[face].elements) {
                 const std::string where = "face " + std::to_string(face);
+                // Without vertices the repair of one import leaves NO_INDEX, and that
+                // of the next 0.
                 require(inTable(corner.vertexIndex, model.vertices.size()) ||
-                            (model.vertices.empty() && corner.vertexIndex == NO_INDEX),
+                            (model.vertices.empty() &&
+                             (corner.vertexIndex == NO_INDEX || corner.vertexIndex == 0)),
                         where + " has the vertex " + std::to_string(corner.vertexIndex));
                 require(corner.textureIndex == NO_INDEX ||
                             inTable(corner.textureIndex, model.texturePoints.size()),

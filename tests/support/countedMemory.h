@@ -1,0 +1,39 @@
+// Memory that a test can watch, and let run out. Only for programs that list
+// countedMemory.cpp among their sources, which replaces operator new there.
+#pragma once
+
+#include <cstddef>
+
+namespace obj_adapter::test {
+
+// Lets one allocation fail with std::bad_alloc: the next, after so many that
+// succeed. A negative number lets none fail.
+void failAllocationAfter(int allocations);
+
+// Ends that. True if the allocation has failed.
+bool stopFailingAllocations();
+
+// While it lives, that many allocations succeed and all further ones throw
+// std::bad_alloc. Only one at a time, around the tested call alone.
+class AllocationBudget {
+public:
+    explicit AllocationBudget(int allocations) noexcept;
+    ~AllocationBudget();
+    AllocationBudget(const AllocationBudget&) = delete;
+    AllocationBudget& operator=(const AllocationBudget&) = delete;
+};
+
+// Since the program began: allocations, and the bytes that they asked for.
+std::size_t getNumberOfAllocations();
+std::size_t getBytesRequested();
+
+// Blocks not given back.
+std::size_t getNumberOfBlocksInUse();
+
+// The bytes asked for and not given back: now, and the most since the last call
+// of watchBytesInUse.
+std::size_t getBytesInUse();
+void watchBytesInUse();
+std::size_t getMostBytesInUse();
+
+}  // namespace obj_adapter::test
