@@ -2,7 +2,6 @@
 #pragma once
 
 #include "model/objModel.h"
-#include "platform/floatingPointMode.h"
 
 #include <string>
 
@@ -28,8 +27,8 @@ struct ConverterState {
     ConverterSettings settings;
     void (*messageCallback)(int, const char*) = nullptr;
 
-    // The mode that the running import computes in; null when none runs.
-    platform::DefaultFloatingPointMode* importMode = nullptr;
+    // An import into this model runs.
+    bool isImporting = false;
 
     // The host deleted the converter from inside the callback: the running
     // import ends as it would and frees the state then.

@@ -43,10 +43,10 @@ private:
 class ImportScope {
 public:
     explicit ImportScope(ConverterState& ownState) noexcept : state(ownState) {
-        state.importMode = &mode;
-        state.model.materialTable.hostHasRun();
+        state.isImporting = true;
+        state.model.materialTable.endLoans();
     }
-    ~ImportScope() { state.importMode = nullptr; }
+    ~ImportScope() { state.isImporting = false; }
     ImportScope(const ImportScope&) = delete;
     ImportScope& operator=(const ImportScope&) = delete;
 

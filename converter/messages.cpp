@@ -2,6 +2,7 @@
 #include "converter/messages.h"
 
 #include "converter/converterState.h"
+#include "platform/floatingPointMode.h"
 
 #include <obj_adapter/objConverter.h>
 
@@ -13,10 +14,11 @@ namespace obj_adapter {
 namespace {
 
 // While it lives, host code runs; then the library goes on, also when the host
-// has thrown.
+// has thrown. The mode is that of the running import, which need not be one of
+// the present converter: the host may have put a new one in its place.
 class HostCall {
 public:
-    explicit HostCall(const ConverterState& state) noexcept : interlude(state.importMode) {}
+    HostCall() noexcept : interlude(platform::DefaultFloatingPointMode::getInnermost()) {}
     ~HostCall() {
         // Looked up again: the callback may have destroyed the converter.
         if (ConverterState* state = currentConverterState())
@@ -33,7 +35,7 @@ void report(int level, const char* text) {
     const ConverterState* state = currentConverterState();
     if (state == nullptr || state->messageCallback == nullptr)
         return;
-    const HostCall call(*state);
+    const HostCall call;
     state->messageCallback(level, text);
 }
 

@@ -68,7 +68,7 @@ ObjConverter* ObjConverter::getInstance() noexcept {
 }
 
 void ObjConverter::clearInstance() noexcept {
-    if (holder.state != nullptr && holder.state->importMode == nullptr)
+    if (holder.state != nullptr && !holder.state->isImporting)
         delete holder.converter;
 }
 
@@ -79,7 +79,7 @@ ObjConverter::~ObjConverter() {
     }
     // A host that deletes the converter from inside the callback: the import
     // still needs the state and frees it at its end.
-    if (state->importMode != nullptr)
+    if (state->isImporting)
         state->isOrphaned = true;
     else
         delete state;
@@ -146,7 +146,7 @@ void ObjConverter::setMsgCallback(void (*callback)(int level, const char* text))
 int ObjConverter::importObjDataFromFile(const char* fileName) noexcept {
     // The callback may delete this converter: nothing of it is used after.
     ConverterState* const importState = state;
-    if (importState->importMode != nullptr)
+    if (importState->isImporting)
         return CONVERTER_ERROR;
     const int result = runImport(*importState, fileName);
     if (importState->isOrphaned)

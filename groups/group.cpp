@@ -2,6 +2,7 @@
 #include <obj_adapter/group.h>
 
 #include <cstddef>
+#include <exception>
 #include <type_traits>
 #include <utility>
 
@@ -66,11 +67,15 @@ int Group::getNumberOfFaces() const {
     return static_cast<int>(faceIndices.size());
 }
 
-void Group::addFaceIndex(int faceIndex) {
-    faceIndices.push_back(faceIndex);
+void Group::addFaceIndex(int faceIndex) noexcept {
+    try {
+        faceIndices.push_back(faceIndex);
+    } catch (const std::exception&) {
+        // No memory: the list is as it was, as the header says.
+    }
 }
 
-void Group::clearFaceIndices() {
+void Group::clearFaceIndices() noexcept {
     faceIndices.clear();
 }
 

@@ -29,10 +29,6 @@ int appendGroup(ObjModel& model, Group&& group) {
     return groupIndex;
 }
 
-bool namesGroup(const ObjModel& model, std::int32_t groupIndex) {
-    return groupIndex >= 0 && static_cast<std::size_t>(groupIndex) < model.groups.size();
-}
-
 }  // namespace
 
 int addGroup(ObjModel& model, std::string name) {
@@ -63,6 +59,10 @@ std::string addInitialGroup(ObjModel& model) {
     return name;
 }
 
+bool namesGroup(const ObjModel& model, int groupIndex) noexcept {
+    return groupIndex >= 0 && static_cast<std::size_t>(groupIndex) < model.groups.size();
+}
+
 void reserveGroupFaceLists(ObjModel& model, std::size_t copies) {
     std::vector<std::size_t> faceCounts(model.groups.size());
     for (const Face& face : model.faces) {
@@ -80,7 +80,8 @@ void rebuildGroupFaceLists(ObjModel& model) {
     for (std::size_t face = 0; face < model.faces.size(); ++face) {
         const std::int32_t groupIndex = model.faces[face].groupIndex;
         if (namesGroup(model, groupIndex))
-            model.groups[static_cast<std::size_t>(groupIndex)].addFaceIndex(static_cast<int>(face));
+            model.groups[static_cast<std::size_t>(groupIndex)].faceIndices.push_back(
+                static_cast<int>(face));
     }
 }
 

@@ -27,6 +27,9 @@ std::string addDefaultGroup(ObjModel& model);
 // returns that name.
 std::string addInitialGroup(ObjModel& model);
 
+// Whether there is such a group; a host may have written anything into a face.
+bool namesGroup(const ObjModel& model, int groupIndex) noexcept;
+
 // Makes room in every group's list for copies times the faces that name the
 // group; the lists stay as they are.
 void reserveGroupFaceLists(ObjModel& model, std::size_t copies = 1);

@@ -82,6 +82,11 @@ void MaterialTable::hostHasRun() noexcept {
         firstPositionsAreCurrent = false;
 }
 
+void MaterialTable::endLoans() noexcept {
+    hostHasRun();
+    isLent = false;
+}
+
 void MaterialTable::rebuildPositions() {
     std::map<std::string, int, std::less<>> rebuilt;
     for (std::size_t i = 0; i < materials.size(); ++i)

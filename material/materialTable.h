@@ -47,10 +47,13 @@ public:
     // Empties both lists.
     void clear() noexcept;
 
-    // The host had the chance to write through a pointer that it was lent.
-    // Must be called whenever that may be so and a search can follow: after a
-    // callback, and when an import begins.
+    // The host had the chance to write through a pointer that it was lent. Must be
+    // called after every callback.
     void hostHasRun() noexcept;
+
+    // An import begins: pointers lent before it hold no longer. What was written
+    // through them counts.
+    void endLoans() noexcept;
 
 private:
     void rebuildPositions();

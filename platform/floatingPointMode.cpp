@@ -34,7 +34,13 @@ unsigned getSseControl() noexcept {
 void setSseControl(unsigned) noexcept {}
 #endif
 
+DefaultFloatingPointMode* innermost = nullptr;
+
 }  // namespace
+
+DefaultFloatingPointMode* DefaultFloatingPointMode::getInnermost() noexcept {
+    return innermost;
+}
 
 void DefaultFloatingPointMode::leaveHostMode() noexcept {
     std::fegetenv(&hostMode);
@@ -48,12 +54,14 @@ void DefaultFloatingPointMode::restoreHostMode() const noexcept {
     setSseControl(hostSseControl);
 }
 
-DefaultFloatingPointMode::DefaultFloatingPointMode() noexcept {
+DefaultFloatingPointMode::DefaultFloatingPointMode() noexcept : outer(innermost) {
+    innermost = this;
     leaveHostMode();
 }
 
 DefaultFloatingPointMode::~DefaultFloatingPointMode() {
     restoreHostMode();
+    innermost = outer;
 }
 
 DefaultFloatingPointMode::HostInterlude::HostInterlude(DefaultFloatingPointMode* mode) noexcept

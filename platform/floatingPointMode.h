@@ -15,6 +15,9 @@ public:
     DefaultFloatingPointMode(const DefaultFloatingPointMode&) = delete;
     DefaultFloatingPointMode& operator=(const DefaultFloatingPointMode&) = delete;
 
+    // The one made last that still lives; null when there is none.
+    static DefaultFloatingPointMode* getInnermost() noexcept;
+
     // The host's mode, for as long as its callback runs inside an import.
     class HostInterlude {
     public:
@@ -31,6 +34,7 @@ private:
     void leaveHostMode() noexcept;
     void restoreHostMode() const noexcept;
 
+    DefaultFloatingPointMode* const outer;
     std::fenv_t hostMode;
     unsigned hostSseControl = 0;  // where there is one
 };

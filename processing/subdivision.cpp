@@ -3,6 +3,7 @@
 #include "processing/subdivision.h"
 
 #include "converter/messages.h"
+#include "groups/groupTable.h"
 #include "model/objModel.h"
 #include "processing/edgeAdjacency.h"
 #include "processing/loopScheme.h"
@@ -14,6 +15,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <exception>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -127,12 +129,21 @@ std::vector<Position> findMovedPositions(const VertexTable& vertices,
     return positions;
 }
 
+// All three corners have a texture point, which is there: a host may have written
+// any number into a face.
+bool isTextured(const ObjModel& model, const Face& face) {
+    const auto isThere = [&](const FaceElement& corner) {
+        return corner.textureIndex >= 0 && corner.textureIndex < model.getNumberOfTexturePoints();
+    };
+    return std::all_of(std::begin(face.elements), std::end(face.elements), isThere);
+}
+
 // Numbers the texture midpoints after the texture points that there are.
 void planMidpoints(const ObjModel& model, RoundPlan& plan) {
     std::size_t texturePointCount = model.texturePoints.size();
     plan.firstMidpoints.reserve(model.faces.size());
     for (const Face& face : model.faces) {
-        if (face.hasTextures()) {
+        if (isTextured(model, face)) {
             plan.firstMidpoints.push_back(static_cast<std::int32_t>(texturePointCount));
             texturePointCount += EDGES_PER_FACE;
         } else {
@@ -158,20 +169,6 @@ RoundPlan planRound(const ObjModel& model) {
     return plan;
 }
 
-bool namesGroup(const ObjModel& model, std::int32_t groupIndex) {
-    return groupIndex >= 0 && static_cast<std::size_t>(groupIndex) < model.groups.size();
-}
-
-void reserveGroupLists(ObjModel& model) {
-    std::vector<std::size_t> faceCounts(model.groups.size());
-    for (const Face& face : model.faces) {
-        if (namesGroup(model, face.groupIndex))
-            ++faceCounts[static_cast<std::size_t>(face.groupIndex)];
-    }
-    for (std::size_t group = 0; group < faceCounts.size(); ++group)
-        model.groups[group].faceIndices.reserve(CHILDREN_PER_FACE * faceCounts[group]);
-}
-
 // Makes room for all that the round adds; the tables stay as they are. Faces go
 // first: while a table moves it stands in memory twice, so the largest moves
 // while there is least beside it.
@@ -180,7 +177,7 @@ void reserveTables(ObjModel& model, const RoundPlan& plan) {
         model.faces.reserve(plan.grownFaceCount);
         model.vertices.reserve(plan.grownVertexCount);
         model.texturePoints.reserve(plan.grownTexturePointCount);
-        reserveGroupLists(model);
+        reserveGroupFaceLists(model, CHILDREN_PER_FACE);
     } catch (const std::exception&) {
         // The host goes on with the model as it is, when memory is scarce.
         model.faces.shrink_to_fit();
@@ -243,11 +240,12 @@ void appendEdgeVertices(ObjModel& model, const EdgeAdjacency& adjacency) {
 
 // Appends the midpoints of each textured face's edges. The two faces of an edge
 // do not share them: their corners may lie apart in the texture.
-void appendTextureMidpoints(ObjModel& model) {
+void appendTextureMidpoints(ObjModel& model, const RoundPlan& plan) {
     TexturePointTable& points = model.texturePoints;
-    for (const Face& face : model.faces) {
-        if (!face.hasTextures())
+    for (std::size_t position = 0; position < model.faces.size(); ++position) {
+        if (plan.firstMidpoints[position] == NO_INDEX)
             continue;
+        const Face& face = model.faces[position];
         for (const EdgeCorners& corners : EDGE_CORNERS) {
             const std::int32_t first = face.elements[corners.first].textureIndex;
             const std::int32_t second = face.elements[corners.second].textureIndex;
@@ -352,7 +350,7 @@ void subdivideOnce(ObjModel& model) {
 
     // Nothing below allocates, so the round is done whole or not at all.
     appendEdgeVertices(model, plan.adjacency);
-    appendTextureMidpoints(model);
+    appendTextureMidpoints(model, plan);
     listChildrenInGroups(model);
     splitFaces(model.faces, plan);
     removeOldFaces(model.faces, plan);

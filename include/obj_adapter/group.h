@@ -35,14 +35,16 @@ struct Group {
     // The position of a component is not checked.
     OBJ_ADAPTER_API void setComponentName(int position, std::string componentName);
 
-    // A copy of the components.
+    // A copy of the components. Throws only std::bad_alloc, as the functions do
+    // that return a string.
     OBJ_ADAPTER_API std::vector<std::string> getNames() const;
 
     OBJ_ADAPTER_API int getNumberOfFaces() const;
 
-    // These change the list alone, not the face's own groupIndex.
-    OBJ_ADAPTER_API void addFaceIndex(int faceIndex);
-    OBJ_ADAPTER_API void clearFaceIndices();
+    // These change the list alone, not the face's own groupIndex. Without memory
+    // for one more, the list stays as it is.
+    OBJ_ADAPTER_API void addFaceIndex(int faceIndex) noexcept;
+    OBJ_ADAPTER_API void clearFaceIndices() noexcept;
 };
 
 }  // namespace obj_adapter

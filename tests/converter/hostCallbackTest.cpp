@@ -18,6 +18,10 @@
 #include <string>
 #include <vector>
 
+#if defined(__SSE2__) || defined(_M_X64)
+#include <xmmintrin.h>
+#endif
+
 namespace obj_adapter::test {
 namespace {
 
@@ -398,6 +402,44 @@ TEST_F(HostCallbackTest, theHostsRoundingModeChangesNothingAndStays) {
         EXPECT_EQ(printModel(viewOf(*converter)), expected);
     }
 }
+
+TEST_F(HostCallbackTest, theHostsModeIsSeenByAConverterMadeInside) {
+    bool isDeleted = false;
+    bool alwaysSawHostMode = true;
+    hostCode = [&](int /*level*/, const std::string& /*text*/) {
+        alwaysSawHostMode = alwaysSawHostMode && std::fegetround() == FE_UPWARD;
+        if (isDeleted)
+            return;
+        isDeleted = true;
+        delete converter;
+        ObjConverter::getInstance()->setMsgCallback(&receive);
+    };
+    std::fesetround(FE_UPWARD);
+    const int result = import(TRIANGLE);
+    std::fesetround(FE_TONEAREST);
+    EXPECT_EQ(result, ObjConverter::CONVERTER_OK);
+    EXPECT_TRUE(alwaysSawHostMode);
+    EXPECT_GT(received.size(), 2U);
+}
+
+#if defined(__SSE2__) || defined(_M_X64)
+
+// Both switches of the SSE unit that replace subnormal numbers by zero.
+TEST_F(HostCallbackTest, theHostsFlushingToZeroChangesNothingAndStays) {
+    constexpr unsigned FLUSHING = 0x8040;
+    const unsigned before = _mm_getcsr();
+    _mm_setcsr(before | FLUSHING);
+    const int result = import("v 4e-310 1e-320 -5e-324\n");
+    const unsigned after = _mm_getcsr();
+    _mm_setcsr(before);
+    EXPECT_EQ(result, ObjConverter::CONVERTER_OK);
+    EXPECT_EQ(after & FLUSHING, FLUSHING);
+    EXPECT_EQ(converter->getVertex(0)->x, 4e-310);
+    EXPECT_EQ(converter->getVertex(0)->y, 1e-320);
+    EXPECT_EQ(converter->getVertex(0)->z, -5e-324);
+}
+
+#endif
 
 }  // namespace
 }  // namespace obj_adapter::test

@@ -60,6 +60,24 @@ MemoryOutcome runOutOfMemory(int allocations, Action action) {
     return outcome;
 }
 
+// Once more when an import begins, and not after each of its messages, even if the
+// host has asked for a material before.
+TEST(MaterialTableTest, NamesAreLookedAtAgainOnceWhenLoansEnd) {
+    MaterialTable table;
+    table.addMaterial(materialNamed(LONG_NAME));
+    Material* lent = table.lendMaterial(0);
+    EXPECT_EQ(table.findMaterial(LONG_NAME), 0);
+    lent->name = "red";
+    table.endLoans();
+    EXPECT_EQ(table.findMaterial("red"), 0);
+    const std::size_t before = getNumberOfAllocations();
+    for (int message = 0; message < 3; ++message) {
+        table.hostHasRun();
+        EXPECT_EQ(table.findMaterial("red"), 0);
+    }
+    EXPECT_EQ(getNumberOfAllocations(), before);
+}
+
 TEST(MaterialTableTest, CurrentMaterialIsTheLast) {
     MaterialTable table;
     table.addMaterial(materialNamed("a"));

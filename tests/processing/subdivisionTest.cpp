@@ -294,6 +294,20 @@ TEST(Subdivision, aPartlyTexturedFaceGetsNoMidpoints) {
     EXPECT_EQ(describeFaces(viewOfModel(model)), "[0/0 3 4] [3 1 5] [4 5 2/0] [3 5 4]");
 }
 
+// A host wrote into the face; nothing is read outside the table.
+TEST(Subdivision, aFaceWithTexturePointsThatAreNotThereGetsNoMidpoints) {
+    for (const int textureIndex : {1, -2, 2147483647}) {
+        ObjModel model;
+        fillModel(oneTriangle(), model);
+        addTexturePoint(model, 0, 0);
+        for (FaceElement& corner : model.faces[0].elements)
+            corner.textureIndex = textureIndex;
+        subdivide(LIMIT_ITERATIONS, ONE_ROUND, model);
+        EXPECT_EQ(describeTexturePoints(viewOfModel(model)), "(0 0 w0)");
+        EXPECT_EQ(model.faces.size(), 4U);
+    }
+}
+
 TEST(Subdivision, childrenKeepMaterialAndGroup) {
     Mesh mesh = oneTriangle();
     mesh.addPoint(4, 4, 0);
