@@ -290,7 +290,7 @@ void readMtlFile(const std::string& inputPath, const std::string& libraryName,
         while (file->getLines().next(line))
             readLine(line, table);
     } catch (const std::exception& failure) {
-        reportError(std::string("Problem with material library: ") + failureText(failure));
+        reportFailure("Problem with material library: ", failureText(failure));
     }
 }
 

@@ -3,8 +3,9 @@
 #include "processing/edgeAdjacency.h"
 
 #include <algorithm>
-#include <cassert>
+#include <iterator>
 #include <optional>
+#include <stdexcept>
 
 namespace obj_adapter {
 
@@ -16,7 +17,8 @@ EdgeEnds endsOf(const Face& face, const EdgeCorners& corners) {
     return {std::min(first, second), std::max(first, second)};
 }
 
-#ifndef NDEBUG
+// Compaction leaves no other corners, but the host runs at the messages between it
+// and a round, and may write into a face.
 bool cornersAreBelow(const FaceTable& faces, std::size_t vertexCount) {
     return std::all_of(faces.begin(), faces.end(), [&](const Face& face) {
         return std::all_of(std::begin(face.elements), std::end(face.elements),
@@ -26,7 +28,6 @@ bool cornersAreBelow(const FaceTable& faces, std::size_t vertexCount) {
                            });
     });
 }
-#endif
 
 // Room for the edges of most meshes: half as many again as faces where all is
 // closed, by Euler's formula about as many as faces and vertices where it is
@@ -185,7 +186,8 @@ EdgeAdjacency numberEdgesByFiling(const FaceTable& faces, std::size_t vertexCoun
 }  // namespace
 
 EdgeAdjacency buildAdjacency(const FaceTable& faces, std::size_t vertexCount) {
-    assert(cornersAreBelow(faces, vertexCount));
+    if (!cornersAreBelow(faces, vertexCount))
+        throw std::out_of_range("Face with a vertex that does not exist");
 
     if (std::optional<EdgeAdjacency> adjacency = numberEdgesByLists(faces, vertexCount))
         return *std::move(adjacency);

@@ -46,6 +46,8 @@ struct EdgeAdjacency {
 
 // The adjacency of faces whose corners name vertices below vertexCount.
 //
+// Throws std::out_of_range when one does not.
+//
 // cost  O(V + F), whatever the shape of the mesh
 EdgeAdjacency buildAdjacency(const FaceTable& faces, std::size_t vertexCount);
 

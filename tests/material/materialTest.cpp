@@ -296,11 +296,13 @@ TEST(ToColorArrayTest, SumIsOfYAndXFirstInSinglePrecision) {
         EXPECT_TRUE(std::isnan(values[channel])) << channel;
 }
 
-// The arithmetic once more, step by step.
+// The arithmetic once more, step by step. With the last two colours a sum or a
+// chromaticity of the other precision shows in the result.
 TEST(ToColorArrayTest, StepsAreRoundedAsTheyAreWritten) {
     for (const auto& [x, y, z] :
          {std::array{0.1F, 0.2F, 0.3F}, std::array{0.4124F, 0.2126F, 0.0193F},
-          std::array{3.1F, 4.7F, 2.9F}}) {
+          std::array{3.1F, 4.7F, 2.9F}, std::array{0.45F, 0.8F, 0.2F},
+          std::array{0.3F, 0.5F, 0.4F}}) {
         const float sum = (y + x) + z;
         const double k = 1.0 / static_cast<double>(sum);
         const double cx = static_cast<double>(x) * k;

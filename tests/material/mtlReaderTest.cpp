@@ -71,7 +71,7 @@ const MtlCase COLOR_CASES[] = {
      "1|Error processing Ambient color: No float value found\n"},
     {"kinds ignore case", "newmtl a\nKd XYZ 1\nKs Spectral a.rfl\n",
      "a{Kd(xyz 1 1 1 -1) Ks(spectral a.rfl 1 -1 -1 -1)}", ""},
-    {"kinds are matched whole", "newmtl a\nKd xyzw 1\nKs spec a.rfl\n", "a{}",
+    {"kinds are matched whole", "newmtl a\nKd xyzw 1\nKs spectr a.rfl\n", "a{}",
      "1|Error processing Diffuse color: Invalid color format\n"
      "1|Error processing Specular color: Invalid color format\n"},
     {"spectral without a factor", "newmtl a\nKs spectral curve.rfl\n",
@@ -393,6 +393,18 @@ TEST_F(MtlPlacesTest, LibraryAfterOneThatEndedEarlyIsRead) {
     EXPECT_EQ(read("b.mtl"), "");
     EXPECT_EQ(describeMaterials(table), "a{Ns=2}");
 }
+
+#ifdef __linux__
+// Opens, and fails at the first read.
+TEST_F(MtlPlacesTest, ReadErrorEndsTheLibraryAndIsNoReasonForTheSecondPlace) {
+    EXPECT_EQ(read("/proc/self/mem"), "");
+    EXPECT_EQ(recorder.getText(),
+              "3|Using Mtllib file: /proc/self/mem\n"
+              "1|Problem with material library: Unable to read file\n");
+    EXPECT_EQ(describeMaterials(table), "");
+    EXPECT_EQ(table.libraryNames, (std::vector<std::string>{"/proc/self/mem"}));
+}
+#endif
 
 // --- A callback that throws ---------------------------------------------------
 

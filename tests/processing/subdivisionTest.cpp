@@ -15,6 +15,7 @@
 #include "support/printedModel.h"
 #include "support/randomSource.h"
 #include "support/slowSubdivision.h"
+#include "support/temporaryDirectory.h"
 #include "support/testMeshes.h"
 
 #include <gtest/gtest.h>
@@ -305,6 +306,22 @@ TEST(Subdivision, aFaceWithTexturePointsThatAreNotThereGetsNoMidpoints) {
         subdivide(LIMIT_ITERATIONS, ONE_ROUND, model);
         EXPECT_EQ(describeTexturePoints(viewOfModel(model)), "(0 0 w0)");
         EXPECT_EQ(model.faces.size(), 4U);
+    }
+}
+
+TEST(Subdivision, aFaceWithAVertexThatIsNotThereStopsTheRound) {
+    for (const int vertexIndex : {3, -1, -5, 2147483647}) {
+        ObjModel model;
+        fillModel(oneTriangle(), model);
+        model.faces[0].elements[1].vertexIndex = vertexIndex;
+        const std::string before = printState(model);
+        try {
+            subdivide(LIMIT_ITERATIONS, ONE_ROUND, model);
+            FAIL() << "nothing thrown";
+        } catch (const std::out_of_range& failure) {
+            EXPECT_STREQ(failure.what(), "Face with a vertex that does not exist");
+        }
+        EXPECT_EQ(printState(model), before);
     }
 }
 
@@ -903,6 +920,74 @@ TEST(SubdivisionMemory, aHostThatThrowsStopsBeforeTheRound) {
 }
 
 // --- as a host sees it ------------------------------------------------------
+
+// A host that lets one allocation fail from the announcement of a certain round to
+// the message after it.
+class GreedyHost {
+public:
+    GreedyHost(const char* announcement, int allocationsLeft) {
+        announcedRound = announcement;
+        allocations = allocationsLeft;
+        hasRunOut = false;
+        ObjConverter::getInstance()->setMsgCallback(&GreedyHost::receive);
+    }
+    ~GreedyHost() { ObjConverter::getInstance()->setMsgCallback(nullptr); }
+    GreedyHost(const GreedyHost&) = delete;
+    GreedyHost& operator=(const GreedyHost&) = delete;
+
+    const std::string& getLastMessage() const { return lastMessage; }
+    bool hasFailed() const { return hasRunOut; }
+
+private:
+    static void receive(int level, const char* text) {
+        if (isFailing)
+            hasRunOut = stopFailingAllocations();
+        lastMessage = std::to_string(level) + "|" + text;
+        isFailing = lastMessage == announcedRound;
+        if (isFailing)
+            failAllocationAfter(allocations);
+    }
+
+    static inline std::string announcedRound;
+    static inline std::string lastMessage;
+    static inline int allocations = 0;
+    static inline bool isFailing = false;
+    static inline bool hasRunOut = false;
+};
+
+TEST(SubdivisionMemory, anImportThatRunsOutOfItStopsWithTheModelBeforeTheRound) {
+    const TemporaryDirectory directory;
+    const std::string file =
+        directory.write("a.obj",
+                        "v 0 0 0\nv 4 0 0\nv 0 4 0\nv 4 4 1\nvt 0 0\nvt 1 0\nvt 0 1\nvn 0 0 1\n"
+                        "g first\nf 1/1/1 2/2/1 3/3/1\ng second third\nf 2/2 4/1 3/3\n");
+    const auto importRounds = [&](int rounds) {
+        ObjConverter* converter = ObjConverter::getInstance();
+        converter->setSubdivisionRounds("ITERATIONS", rounds);
+        return converter->importObjDataFromFile(file.c_str());
+    };
+    ObjConverter::clearInstance();
+    ASSERT_EQ(importRounds(1), ObjConverter::CONVERTER_OK);
+    const std::string afterFirstRound = printModel(viewOf(*ObjConverter::getInstance()));
+
+    int allocations = 0;
+    for (bool isDone = false; !isDone; ++allocations) {
+        SCOPED_TRACE(allocations);
+        ObjConverter::clearInstance();
+        const GreedyHost host("3|Subdivision 2...", allocations);
+        const int code = importRounds(2);
+        isDone = !host.hasFailed();
+        ASSERT_EQ(code, isDone ? ObjConverter::CONVERTER_OK : ObjConverter::CONVERTER_ERROR);
+        if (isDone)
+            break;
+        EXPECT_EQ(host.getLastMessage(), "1|Stopping conversion... bad allocation");
+        const ModelView view = viewOf(*ObjConverter::getInstance());
+        ASSERT_EQ(firstDifference(afterFirstRound, printModel(view)), "");
+        EXPECT_EQ(findViolations(view, ModelState::SUBDIVIDED), "");
+    }
+    EXPECT_GT(allocations, 10);
+    ObjConverter::clearInstance();
+}
 
 TEST(Subdivision, anImportedTriangleIsCompactedAndSubdivided) {
     ImportOptions options;
