@@ -7,6 +7,9 @@ function(obj_adapter_set_compiler_flags target)
         CXX_EXTENSIONS OFF
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON)
+    if(WIN32)
+        obj_adapter_set_windows_flags(${target})
+    endif()
     if(MSVC)
         target_compile_options(${target} PRIVATE /W4 /permissive- /utf-8 /fp:precise)
         if(OBJ_ADAPTER_WARNINGS_AS_ERRORS)

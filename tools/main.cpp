@@ -22,6 +22,8 @@ std::string getVersionText() {
 
 int runCommandLine(int argc, char** argv) {
     CLI::App app("Imports a Wavefront OBJ file and tells what is in it.", "obj_adapter");
+    // "/data/a.obj" is a path on every system.
+    app.allow_windows_style_options(false);
     app.set_version_flag("--version", getVersionText(), "Print the version and exit");
     InfoVerb verb;
     verb.addOptions(app);

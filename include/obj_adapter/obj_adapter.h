@@ -17,4 +17,5 @@
 #include <obj_adapter/materialText.h>
 #include <obj_adapter/objConverter.h>
 #include <obj_adapter/objHierarchyNode.h>
+#include <obj_adapter/sameRuntime.h>
 #include <obj_adapter/version.h>
