@@ -16,7 +16,7 @@ function(add_script_test name script)
     endforeach()
     add_test(NAME ${name}
         COMMAND ${CMAKE_COMMAND} ${definitions} -P ${CMAKE_CURRENT_SOURCE_DIR}/${script})
-    set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+    set_tests_properties(${name} PROPERTIES TIMEOUT 600 ${emulatorProperties})
 endfunction()
 
 # --- Each exported header compiles alone, and twice in a row, as C++17 ----------
@@ -48,6 +48,10 @@ foreach(header IN LISTS exportedHeaders)
     endforeach()
 endforeach()
 
+if(WIN32)
+    include(windows/windowsTests.cmake)
+endif()
+
 # --- The library's exported names ------------------------------------------------
 
 if(UNIX AND NOT APPLE)
@@ -59,8 +63,30 @@ if(UNIX AND NOT APPLE)
 endif()
 
 add_test_program(exportedInterfaceTests host_test_support
+    exportedInterface/borderTest.cpp
     exportedInterface/exportedInterfaceTest.cpp
     exportedInterface/recordLayoutTest.cpp)
+
+# --- Loading and unloading --------------------------------------------------------
+
+if(MINGW OR (UNIX AND NOT APPLE AND NOT OBJ_ADAPTER_SANITIZE))
+    add_executable(loadingTests installed/loadingTest.cpp support/temporaryDirectory.cpp)
+    target_include_directories(loadingTests PRIVATE
+        ${PROJECT_SOURCE_DIR}/include ${CMAKE_CURRENT_SOURCE_DIR})
+    target_link_libraries(loadingTests PRIVATE GTest::gtest GTest::gtest_main ${CMAKE_DL_LIBS})
+    target_compile_features(loadingTests PRIVATE cxx_std_20)
+    obj_adapter_set_compiler_flags(loadingTests)
+    if(WIN32)
+        set(libraryToLoad $<TARGET_FILE_NAME:obj_adapter>)
+    else()
+        set(libraryToLoad $<TARGET_FILE:obj_adapter>)
+    endif()
+    target_compile_definitions(loadingTests PRIVATE OBJ_ADAPTER_LIBRARY="${libraryToLoad}")
+    add_dependencies(loadingTests obj_adapter)
+    gtest_discover_tests(loadingTests
+        TEST_PREFIX "loadingTests/" DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+        PROPERTIES TIMEOUT 600 RUN_SERIAL ON ${emulatorProperties})
+endif()
 
 # --- The installed package and the build without packages ------------------------
 
@@ -87,12 +113,12 @@ endif()
 
 # --- Two runs, and two builds, give the same bits --------------------------------
 
-add_executable(print_model support/printModelMain.cpp)
+add_executable(print_model support/printModelMain.cpp support/generatedFile.cpp)
 target_link_libraries(print_model PRIVATE host_test_support)
 obj_adapter_set_compiler_flags(print_model)
-if(UNIX)
+if(UNIX OR CMAKE_CROSSCOMPILING)
     add_script_test(printedModels installed/printedModels.cmake
-        PROGRAM=$<TARGET_FILE:print_model>
+        PROGRAM=${emulator}$<TARGET_FILE:print_model>
         "INPUTS=${sampleScene}$<SEMICOLON>${CMAKE_CURRENT_SOURCE_DIR}/samples"
         WORK=${outsideWork}/printedModels)
 endif()
@@ -104,7 +130,7 @@ add_executable(firstImport ${PROJECT_SOURCE_DIR}/examples/firstImport.cpp)
 target_link_libraries(firstImport PRIVATE obj_adapter)
 obj_adapter_set_compiler_flags(firstImport)
 add_script_test(firstImport tools/runProgram.cmake
-    PROGRAM=$<TARGET_FILE:firstImport>
+    PROGRAM=${emulator}$<TARGET_FILE:firstImport>
     ARGUMENTS=${sampleScene}
     WORK=${outsideWork}/firstImport
     EXPECTED=${CMAKE_CURRENT_SOURCE_DIR}/tools/firstImport.expected)

@@ -782,6 +782,7 @@ TEST(ObjHierarchyNodeTest, DestructionNeedsNoMemory) {
     EXPECT_LT(getNumberOfBlocksInUse(), before);
 }
 
+// The stack of a thread can be chosen by POSIX threads alone.
 #if !defined(_WIN32)
 
 // Builds and destroys a tree as deep as the chain is long.

@@ -567,6 +567,7 @@ TEST(OpenTextFile, localeOfTheHostDoesNotConvertTheBytes) {
     expectLines(linesOfFile(fileName), {"abc"});
 }
 
+// Windows has no pipes in its directories.
 #if !defined(_WIN32)
 TEST(OpenTextFile, pipeIsReadToItsEnd) {
     const TemporaryDirectory directory;

@@ -304,6 +304,7 @@ TEST_F(TriangulationTest, polygonWithoutAnEarIsReportedByTheImport) {
     EXPECT_EQ(result.readingMessages, "1|Could not split non-triangular face. Skipping face.\n");
 }
 
+// What never ends needs a process that can be killed.
 #if defined(__linux__)
 
 // Runs the polygon in a process of its own; true if that ends within the time.

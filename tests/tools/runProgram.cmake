@@ -9,6 +9,11 @@
 #           that the error output followed by the standard output must match
 execute_process(COMMAND ${PROGRAM} ${ARGUMENTS}
     OUTPUT_VARIABLE output ERROR_VARIABLE errors RESULT_VARIABLE code)
+# Windows' text mode, where a program writes it.
+if("${PROGRAM}" MATCHES "\\.exe$")
+    string(REPLACE "\r\n" "\n" output "${output}")
+    string(REPLACE "\r\n" "\n" errors "${errors}")
+endif()
 string(REGEX REPLACE " *[0-9]+\\.[0-9]+ ms" " TIME ms" output "${output}")
 
 if(DEFINED EXPECTED)

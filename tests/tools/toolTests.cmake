@@ -6,7 +6,7 @@ set(toolTestFolder ${CMAKE_CURRENT_LIST_DIR})
 function(add_tool_test name)
     string(REPLACE ";" "$<SEMICOLON>" arguments "${ARGN}")
     add_script_test(tool/${name} tools/runProgram.cmake
-        PROGRAM=$<TARGET_FILE:obj_adapter_tool>
+        PROGRAM=${emulator}$<TARGET_FILE:obj_adapter_tool>
         "ARGUMENTS=${arguments}"
         WORK=${outsideWork}/tool/${name}
         EXPECTED=${toolTestFolder}/${name}.expected)
@@ -18,7 +18,7 @@ endfunction()
 function(add_tool_usage_test name code pattern)
     string(REPLACE ";" "$<SEMICOLON>" arguments "${ARGN}")
     add_script_test(tool/${name} tools/runProgram.cmake
-        PROGRAM=$<TARGET_FILE:obj_adapter_tool>
+        PROGRAM=${emulator}$<TARGET_FILE:obj_adapter_tool>
         "ARGUMENTS=${arguments}"
         CODE=${code}
         "PATTERN=${pattern}")
@@ -52,3 +52,8 @@ add_tool_usage_test(limitGivenTwice 2 "--subdivide"
     a.obj --subdivide ITERATIONS 1 --subdivide FACE_COUNT 9)
 add_tool_usage_test(limitWithoutNumber 2 "--subdivide" a.obj --subdivide ITERATIONS)
 add_tool_usage_test(reverseWithoutHierarchy 2 "--hierarchy" a.obj --reverse)
+
+add_script_test(tool/utf8Names tools/utf8Names.cmake
+    PROGRAM=${emulator}$<TARGET_FILE:obj_adapter_tool>
+    SAMPLE=${CMAKE_CURRENT_SOURCE_DIR}/samples/tetrahedron.obj
+    WORK=${outsideWork}/tool/utf8Names)
