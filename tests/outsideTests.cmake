@@ -101,6 +101,13 @@ if(UNIX AND NOT APPLE)
         FLAGS=${hostFlags}
         GENERATOR=${CMAKE_GENERATOR})
 
+    add_script_test(readmeHost installed/readmeHost.cmake
+        README=${PROJECT_SOURCE_DIR}/README.md
+        SCENE=${sampleScene}
+        WORK=${outsideWork}/readmeHost
+        COMPILER=${CMAKE_CXX_COMPILER}
+        "FLAGS=${hostFlags} -I${PROJECT_SOURCE_DIR}/include $<TARGET_FILE:obj_adapter> -Wl,-rpath,$<TARGET_FILE_DIR:obj_adapter>")
+
     # The same whatever this build is, so once is enough.
     if(CMAKE_BUILD_TYPE STREQUAL "Release")
         add_script_test(bareBuild installed/bareBuild.cmake

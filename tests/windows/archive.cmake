@@ -46,6 +46,16 @@ run(${COMPILER} -std=c++17 -Wall -Wextra -Wpedantic -Werror -static
 file(COPY ${archive}/bin/obj_adapter.dll DESTINATION ${WORK}/plain)
 run_example(${WORK}/plain/firstImport.exe)
 
+# The ten lines of the archive's README.
+execute_process(
+    COMMAND ${CMAKE_COMMAND} -DREADME=${archive}/README.md
+        -DSCENE=${SOURCE}/examples/scene/scene.obj -DWORK=${WORK}/readmeHost
+        -DCOMPILER=${COMPILER}
+        "-DFLAGS=-static -I${archive}/include -L${archive}/lib -lobj_adapter"
+        "-DEMULATOR=${EMULATOR}" -DLIBRARY=${archive}/bin/obj_adapter.dll
+        -P ${SOURCE}/tests/installed/readmeHost.cmake
+    COMMAND_ERROR_IS_FATAL ANY)
+
 # By find_package. Packages are looked for below the target's own root alone, so
 # the archive is a root as well.
 run(${CMAKE_COMMAND} -S ${SOURCE}/examples -B ${WORK}/package -G ${GENERATOR}
