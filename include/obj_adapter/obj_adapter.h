@@ -2,12 +2,14 @@
 //
 //     #include <obj_adapter/obj_adapter.h>
 //
-//     obj_adapter::ObjConverter* converter = obj_adapter::ObjConverter::getInstance();
+//     using obj_adapter::ObjConverter;
+//
+//     ObjConverter* converter = ObjConverter::getInstance();
 //     converter->setMsgCallback(showMessage);
-//     if (converter->importObjDataFromFile("models/cube.obj") == obj_adapter::ObjConverter::CONVERTER_OK)
+//     if (converter->importObjDataFromFile("models/cube.obj") == ObjConverter::CONVERTER_OK)
 //         for (int face = 0; face < converter->getNumberOfFaces(); ++face)
 //             draw(*converter->getFace(face));
-//     obj_adapter::ObjConverter::clearInstance();
+//     ObjConverter::clearInstance();
 #pragma once
 
 #include <obj_adapter/export.h>
