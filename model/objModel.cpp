@@ -10,8 +10,8 @@ namespace obj_adapter {
 
 namespace {
 
-template <typename Record>
-int appendIndexed(std::vector<Record>& table, Record& record) {
+template <typename Table, typename Record>
+int appendIndexed(Table& table, Record& record) {
     const std::int32_t position = nextRecordIndex(table.size());
     record.index = position;
     table.push_back(record);  // record may lie in the table and be gone now

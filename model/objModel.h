@@ -3,6 +3,7 @@
 #pragma once
 
 #include "material/materialTable.h"
+#include "platform/growingArray.h"
 
 #include <obj_adapter/geometryRecords.h>
 #include <obj_adapter/group.h>
@@ -16,10 +17,10 @@ namespace obj_adapter {
 
 class ObjHierarchy;
 
-using FaceTable = std::vector<Face>;
-using VertexTable = std::vector<Vertex>;
-using TexturePointTable = std::vector<TexturePoint>;
-using NormalPointTable = std::vector<NormalPoint>;
+using FaceTable = platform::GrowingArray<Face>;
+using VertexTable = platform::GrowingArray<Vertex>;
+using TexturePointTable = platform::GrowingArray<TexturePoint>;
+using NormalPointTable = platform::GrowingArray<NormalPoint>;
 
 // The tables, all by value. The operations on groups stand in
 // groups/groupTable.h.

@@ -2,6 +2,8 @@
 // tests/processing/compactionTest.cpp.
 #pragma once
 
+#include "model/objModel.h"
+
 #include <obj_adapter/geometryRecords.h>
 
 #include <algorithm>
@@ -10,7 +12,6 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
-#include <vector>
 
 namespace obj_adapter {
 
@@ -81,7 +82,7 @@ private:
 // Vertex::operator< an ordering for all coordinates. Has what BucketSorter needs.
 class VertexOrder {
 public:
-    explicit VertexOrder(const std::vector<Vertex>& vertices) noexcept {
+    explicit VertexOrder(const VertexTable& vertices) noexcept {
         for (const Vertex& vertex : vertices) {
             coarseX.addToRange(vertex.x);
             coarseY.addToRange(vertex.y);

@@ -1,5 +1,7 @@
 #include "support/countedMemory.h"
 
+#include "platform/growingMemory.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
@@ -33,6 +35,21 @@ bool mayAllocate() {
         allocationsLeft = -1;
     return false;
 }
+
+bool refuseAllPages() noexcept {
+    return true;
+}
+
+bool refusePagesLikeAllocations() noexcept {
+    ++numberOfAllocations;
+    return !mayAllocate();
+}
+
+// Before the first test.
+[[maybe_unused]] const bool pagesAreRefused = [] {
+    obj_adapter::platform::refusesPages = refuseAllPages;
+    return true;
+}();
 
 }  // namespace
 
@@ -110,6 +127,14 @@ AllocationBudget::AllocationBudget(int allocations) noexcept {
 
 AllocationBudget::~AllocationBudget() {
     allocationsLeft = -1;
+}
+
+PagesAllowed::PagesAllowed() noexcept {
+    platform::refusesPages = refusePagesLikeAllocations;
+}
+
+PagesAllowed::~PagesAllowed() {
+    platform::refusesPages = refuseAllPages;
 }
 
 std::size_t getNumberOfAllocations() {

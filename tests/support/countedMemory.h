@@ -1,5 +1,7 @@
 // Memory that a test can watch, and let run out. Only for programs that list
-// countedMemory.cpp among their sources, which replaces operator new there.
+// countedMemory.cpp among their sources, which replaces operator new there and
+// keeps the library from taking pages of its own: then large tables come from
+// operator new like all else.
 #pragma once
 
 #include <cstddef>
@@ -21,6 +23,16 @@ public:
     ~AllocationBudget();
     AllocationBudget(const AllocationBudget&) = delete;
     AllocationBudget& operator=(const AllocationBudget&) = delete;
+};
+
+// While it lives, the library may take pages of its own. A request counts as an
+// allocation and fails like one; bytes are not counted.
+class PagesAllowed {
+public:
+    PagesAllowed() noexcept;
+    ~PagesAllowed();
+    PagesAllowed(const PagesAllowed&) = delete;
+    PagesAllowed& operator=(const PagesAllowed&) = delete;
 };
 
 // Since the program began: allocations, and the bytes that they asked for.
