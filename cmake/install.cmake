@@ -4,7 +4,7 @@ include(CMakePackageConfigHelpers)
 
 set(packageDirectory ${CMAKE_INSTALL_LIBDIR}/cmake/obj_adapter)
 
-install(TARGETS obj_adapter EXPORT obj_adapterTargets)
+install(TARGETS obj_adapter obj_adapter_c EXPORT obj_adapterTargets)
 install(DIRECTORY include/obj_adapter
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
     FILES_MATCHING PATTERN "*.h")

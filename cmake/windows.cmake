@@ -2,16 +2,15 @@
 # programs that take UTF-8 arguments.
 enable_language(RC)
 
-# obj_adapter.dll and obj_adapter.lib, whatever the compiler, with the version
-# inside.
+# NAME.dll and NAME.lib, whatever the compiler, with the version inside.
 function(obj_adapter_set_windows_library target)
     set_target_properties(${target} PROPERTIES
         PREFIX ""
         IMPORT_PREFIX ""
         IMPORT_SUFFIX ".lib")
     configure_file(${PROJECT_SOURCE_DIR}/cmake/windows/version.rc.in
-        ${PROJECT_BINARY_DIR}/version.rc @ONLY)
-    target_sources(${target} PRIVATE ${PROJECT_BINARY_DIR}/version.rc)
+        ${PROJECT_BINARY_DIR}/${target}.rc @ONLY)
+    target_sources(${target} PRIVATE ${PROJECT_BINARY_DIR}/${target}.rc)
     if(MINGW)
         # Of the DLL alone: the internal tests are programs.
         target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/platform/unloadingMingw.cpp)

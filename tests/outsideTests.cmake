@@ -130,6 +130,10 @@ if(UNIX OR CMAKE_CROSSCOMPILING)
         WORK=${outsideWork}/printedModels)
 endif()
 
+# --- The C interface ---------------------------------------------------------------
+
+include(cInterface/cInterfaceTests.cmake)
+
 # --- The example and the command-line program ------------------------------------
 
 # The example builds in every run, by way of the build tree too.

@@ -30,8 +30,9 @@ set(archive ${WORK}/${name})
 file(GLOB_RECURSE files RELATIVE ${archive} ${archive}/*)
 list(FILTER files EXCLUDE REGEX "^lib/(cmake/obj_adapter/.*\\.cmake|pkgconfig/obj_adapter\\.pc)$")
 file(GLOB_RECURSE headers RELATIVE ${SOURCE} ${SOURCE}/include/*.h)
-set(expected README.md bin/obj_adapter.dll firstImport.cpp hostGuide.md ${headers}
-    lib/obj_adapter.lib)
+set(expected README.md bin/obj_adapter.dll bin/obj_adapter_c.dll
+    firstImport.cpp hostGuide.md ${headers}
+    lib/obj_adapter.lib lib/obj_adapter_c.lib)
 list(SORT expected)
 list(SORT files)
 if(NOT files STREQUAL expected)
