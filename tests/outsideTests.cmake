@@ -130,6 +130,15 @@ if(UNIX OR CMAKE_CROSSCOMPILING)
         WORK=${outsideWork}/printedModels)
 endif()
 
+# --- The pages for hosts: built without a warning --------------------------------
+
+if(CMAKE_BUILD_TYPE STREQUAL "Release" AND TARGET documentation AND NOT CMAKE_CROSSCOMPILING)
+    add_test(NAME documentation
+        COMMAND ${CMAKE_COMMAND} --build ${PROJECT_BINARY_DIR} --target documentation)
+    # Another build of the same folder may not run meanwhile.
+    set_tests_properties(documentation PROPERTIES RUN_SERIAL ON TIMEOUT 600)
+endif()
+
 # --- The C interface ---------------------------------------------------------------
 
 include(cInterface/cInterfaceTests.cmake)
