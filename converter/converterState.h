@@ -26,6 +26,8 @@ struct ConverterState {
     ObjModel model;
     ConverterSettings settings;
     void (*messageCallback)(int, const char*) = nullptr;
+    bool (*progressCallback)(void*, int, double) = nullptr;
+    void* progressUserData = nullptr;
 
     // An import into this model runs.
     bool isImporting = false;

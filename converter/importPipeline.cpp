@@ -5,6 +5,7 @@
 #include "converter/converterState.h"
 #include "converter/inputPath.h"
 #include "converter/messages.h"
+#include "converter/progress.h"
 #include "groups/groupTable.h"
 #include "obj/objReader.h"
 #include "platform/floatingPointMode.h"
@@ -53,12 +54,14 @@ public:
 private:
     ErrnoKeeper errnoKeeper;
     platform::DefaultFloatingPointMode mode;
+    ImportProgress progress;
     ConverterState& state;
 };
 
 void read(ConverterState& state) {
     reportInformation("Obj Converter Import:");
     reportInformation("Reading input file...");
+    beginStage(ObjConverter::STAGE_READING);
     // Copies: the callback may change the settings meanwhile.
     const std::string inputPath = state.settings.inputPath;
     const std::string inputFile = state.settings.inputFile;
@@ -83,6 +86,7 @@ void compact(ConverterState& state) {
     if (!state.settings.dataCompaction)
         return;
     reportInformation("Compacting...");
+    beginStage(ObjConverter::STAGE_COMPACTION);
     compactData(state.model);
     reportInformation("Done compacting.");
 }
@@ -139,6 +143,8 @@ int runImport(ConverterState& state, const char* fileName) noexcept {
     const ImportScope scope(state);
     try {
         return runStages(state, fileName);
+    } catch (const ImportCancelled&) {
+        return stop("Cancelled by host");
     } catch (const std::exception& failure) {
         return stop(failureText(failure));
     } catch (...) {

@@ -2,7 +2,7 @@
 #include "converter/messages.h"
 
 #include "converter/converterState.h"
-#include "platform/floatingPointMode.h"
+#include "converter/hostCall.h"
 
 #include <obj_adapter/objConverter.h>
 
@@ -12,24 +12,6 @@
 namespace obj_adapter {
 
 namespace {
-
-// While it lives, host code runs; then the library goes on, also when the host
-// has thrown. The mode is that of the running import, which need not be one of
-// the present converter: the host may have put a new one in its place.
-class HostCall {
-public:
-    HostCall() noexcept : interlude(platform::DefaultFloatingPointMode::getInnermost()) {}
-    ~HostCall() {
-        // Looked up again: the callback may have destroyed the converter.
-        if (ConverterState* state = currentConverterState())
-            state->model.materialTable.hostHasRun();
-    }
-    HostCall(const HostCall&) = delete;
-    HostCall& operator=(const HostCall&) = delete;
-
-private:
-    platform::DefaultFloatingPointMode::HostInterlude interlude;
-};
 
 void report(int level, const char* text) {
     const ConverterState* state = currentConverterState();
@@ -50,6 +32,12 @@ void appendCut(char (&buffer)[EMERGENCY_TEXT_SIZE], std::size_t& length, const c
 }
 
 }  // namespace
+
+HostCall::~HostCall() {
+    // Looked up now: the callback may have destroyed the converter.
+    if (ConverterState* state = currentConverterState())
+        state->model.materialTable.hostHasRun();
+}
 
 void reportError(const char* text) {
     report(ObjConverter::MESSAGE_ERROR, text);

@@ -143,6 +143,14 @@ void ObjConverter::setMsgCallback(void (*callback)(int level, const char* text))
         holder.state->messageCallback = callback;
 }
 
+void ObjConverter::setProgressCallback(bool (*callback)(void* userData, int stage, double fraction),
+                                       void* userData) noexcept {
+    if (holder.state != nullptr) {
+        holder.state->progressCallback = callback;
+        holder.state->progressUserData = userData;
+    }
+}
+
 int ObjConverter::importObjDataFromFile(const char* fileName) noexcept {
     // The callback may delete this converter: nothing of it is used after.
     ConverterState* const importState = state;

@@ -35,6 +35,12 @@ public:
     static constexpr int MESSAGE_WARNING = 2;      // a value was repaired, overridden or ignored
     static constexpr int MESSAGE_INFORMATION = 3;  // progress and statistics
 
+    // The stages that setProgressCallback tells of. Each round of subdivision is a
+    // stage of its own.
+    static constexpr int STAGE_READING = 1;
+    static constexpr int STAGE_COMPACTION = 2;
+    static constexpr int STAGE_SUBDIVISION = 3;
+
     // The one converter of the process, made with all defaults on the first
     // call and on the first call after clearInstance(). Null if there is no
     // memory for it.
@@ -97,6 +103,23 @@ public:
     // CONVERTER_ERROR at once and clearInstance() does nothing. What the
     // callback throws stays inside the library and may end the import.
     OBJ_ADAPTER_API void setMsgCallback(void (*callback)(int level, const char* text)) noexcept;
+
+    // Asked when a stage begins and about every million units of work in it (bytes
+    // read, records moved, corners tested): false ends the import at the next safe
+    // point, with "Stopping conversion... Cancelled by host" and CONVERTER_ERROR,
+    // and leaves the tables as after any import that ended early. Null removes it.
+    //
+    // userData  handed back as it is
+    // stage     one of the STAGE_... constants
+    // fraction  how much of the stage is done, from 0 to 1; stays 0 while a stream
+    //           of unknown length is read
+    //
+    // Inside it, as inside the message callback, getters answer with what is there;
+    // but in STAGE_COMPACTION and STAGE_SUBDIVISION the tables are in the midst of a
+    // change: do not write through pointers then. What it throws counts as false.
+    OBJ_ADAPTER_API void setProgressCallback(bool (*callback)(void* userData, int stage,
+                                                              double fraction),
+                                             void* userData) noexcept;
 
     // --- Import ---------------------------------------------------------------
 
