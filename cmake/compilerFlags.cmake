@@ -7,6 +7,7 @@ function(obj_adapter_set_compiler_flags target)
         CXX_EXTENSIONS OFF
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON)
+    obj_adapter_harden(${target})
     if(WIN32)
         obj_adapter_set_windows_flags(${target})
     endif()

@@ -48,6 +48,28 @@ foreach(header IN LISTS exportedHeaders)
     endforeach()
 endforeach()
 
+# --- Protections of what is linked -----------------------------------------------
+
+# A list in an argument of a script.
+set(programsToCheck $<TARGET_FILE:firstImport>)
+if(TARGET obj_adapter_tool)
+    string(APPEND programsToCheck "$<SEMICOLON>$<TARGET_FILE:obj_adapter_tool>")
+endif()
+if(UNIX AND NOT APPLE)
+    if(CMAKE_BUILD_TYPE STREQUAL "Release" AND NOT OBJ_ADAPTER_SANITIZE)
+        set(fortifiedProgram $<TARGET_FILE:firstImport>)
+    endif()
+    if(OBJ_ADAPTER_SANITIZE)
+        set(hasAssertions ON)
+    endif()
+    add_script_test(hardening installed/hardening.cmake
+        LIBRARY=$<TARGET_FILE:obj_adapter>
+        PROGRAMS=${programsToCheck}
+        FORTIFIED=${fortifiedProgram}
+        ASSERTS=${hasAssertions}
+        READELF=${CMAKE_READELF})
+endif()
+
 if(WIN32)
     include(windows/windowsTests.cmake)
 endif()

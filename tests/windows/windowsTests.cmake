@@ -8,6 +8,17 @@ if(MINGW)
             WORK=${outsideWork}/dll
             OBJDUMP=${CMAKE_OBJDUMP})
     endforeach()
+    add_script_test(hardening windows/hardening.cmake
+        LIBRARY=$<TARGET_FILE:obj_adapter>
+        PROGRAMS=${programsToCheck}
+        OBJDUMP=${CMAKE_OBJDUMP})
+
+    add_executable(spoiltStack windows/spoiltStack.cpp)
+    target_compile_features(spoiltStack PRIVATE cxx_std_20)
+    obj_adapter_set_compiler_flags(spoiltStack)
+    obj_adapter_add_stack_guard(spoiltStack)
+    add_script_test(stackGuard windows/stackGuard.cmake
+        PROGRAM=${emulator}$<TARGET_FILE:spoiltStack>)
 endif()
 
 # The exported headers as other compilers of Windows take them. MSVC itself is not
