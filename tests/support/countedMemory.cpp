@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <new>
+#include <utility>
 
 namespace {
 
@@ -14,6 +15,7 @@ int allocationsLeft = -1;
 
 // The failures do not end with the first.
 bool failsFromThereOn = false;
+bool isBudgetExceeded = false;
 
 std::size_t numberOfAllocations = 0;
 std::size_t bytesRequested = 0;
@@ -31,7 +33,9 @@ bool mayAllocate() {
         --allocationsLeft;
         return true;
     }
-    if (!failsFromThereOn)
+    if (failsFromThereOn)
+        isBudgetExceeded = true;
+    else
         allocationsLeft = -1;
     return false;
 }
@@ -122,6 +126,7 @@ bool stopFailingAllocations() {
 
 AllocationBudget::AllocationBudget(int allocations) noexcept {
     failsFromThereOn = true;
+    isBudgetExceeded = false;
     allocationsLeft = allocations;
 }
 
@@ -135,6 +140,16 @@ PagesAllowed::PagesAllowed() noexcept {
 
 PagesAllowed::~PagesAllowed() {
     platform::refusesPages = refuseAllPages;
+}
+
+bool AllocationBudget::isExceeded() const noexcept {
+    return isBudgetExceeded;
+}
+
+MemoryInterlude::MemoryInterlude() noexcept : interrupted(std::exchange(allocationsLeft, -1)) {}
+
+MemoryInterlude::~MemoryInterlude() {
+    allocationsLeft = interrupted;
 }
 
 std::size_t getNumberOfAllocations() {

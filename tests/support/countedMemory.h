@@ -23,6 +23,22 @@ public:
     ~AllocationBudget();
     AllocationBudget(const AllocationBudget&) = delete;
     AllocationBudget& operator=(const AllocationBudget&) = delete;
+
+    // Whether an allocation has failed since the construction.
+    bool isExceeded() const noexcept;
+};
+
+// While it lives all allocations succeed and none counts: for a test's own code
+// in the middle of the tested call, in a callback.
+class MemoryInterlude {
+public:
+    MemoryInterlude() noexcept;
+    ~MemoryInterlude();
+    MemoryInterlude(const MemoryInterlude&) = delete;
+    MemoryInterlude& operator=(const MemoryInterlude&) = delete;
+
+private:
+    int interrupted;
 };
 
 // While it lives, the library may take pages of its own. A request counts as an
