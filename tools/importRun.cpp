@@ -1,6 +1,7 @@
 // Imports, prints messages and takes the stages' times. Covered by tests/tools.
 #include "importRun.h"
 
+#include "terminal.h"
 #include "terminalText.h"
 
 #include <obj_adapter/obj_adapter.h>
@@ -65,38 +66,75 @@ private:
     std::array<Record, std::size(STAGES)> records;
 };
 
-// The callback carries no pointer of the host's, so the clock of the running
-// import is known to the whole file. Null when none runs.
-StageClock* runningClock = nullptr;
+// What an import tells while it runs.
+class RunningImport {
+public:
+    RunningImport(ObjConverter& runningConverter, const MessageReceiver& messageReceiver)
+        : converter(runningConverter), receiver(messageReceiver) {}
 
-const char* levelWord(int level) {
+    void receive(int level, const char* text) {
+        stages.receive(text, Clock::now());
+        noteLibrary(text);
+        receiver(locate({level, text, {}, 0}));
+    }
+
+    StageClock stages;
+    std::vector<LoadedLibrary> libraries;
+
+private:
+    // The library is announced after it is opened and before it is read.
+    void noteLibrary(std::string_view text) {
+        constexpr std::string_view ANNOUNCEMENT = "Using Mtllib file: ";
+        if (text.starts_with(ANNOUNCEMENT))
+            libraries.push_back(
+                {std::string(text.substr(ANNOUNCEMENT.size())), converter.getNumberOfMaterials()});
+    }
+
+    // The converter does not tell where it is reading. Once it does, its answer
+    // goes into the message here, and all that shows messages shows it.
+    static ImportMessage locate(ImportMessage message) { return message; }
+
+    ObjConverter& converter;
+    const MessageReceiver& receiver;
+};
+
+// The callback carries no pointer of the host's, so the running import is known
+// to the whole file. Null when none runs.
+RunningImport* runningImport = nullptr;
+
+void receiveMessage(int level, const char* text) {
+    if (runningImport != nullptr)
+        runningImport->receive(level, text);
+}
+
+std::string levelPrefix(int level) {
     switch (level) {
         case ObjConverter::MESSAGE_ERROR:
-            return "error";
+            return colored(Stream::ERROR_OUTPUT, Color::RED, "error:") + " ";
         case ObjConverter::MESSAGE_WARNING:
-            return "warning";
+            return colored(Stream::ERROR_OUTPUT, Color::YELLOW, "warning:") + " ";
         default:
-            return "info";
+            return "info: ";
     }
+}
+
+std::string placeOf(const ImportMessage& message) {
+    if (message.line <= 0)
+        return {};
+    return printableText(message.fileName) + ":" + std::to_string(message.line) + ": ";
 }
 
 // Some messages have two lines; the second is indented to show that it belongs
 // to the first.
-std::string formatMessage(int level, std::string_view message) {
-    std::string text = std::string(levelWord(level)) + ": ";
-    for (std::size_t lineEnd = message.find('\n'); lineEnd != std::string_view::npos;
-         lineEnd = message.find('\n')) {
-        text += printableText(message.substr(0, lineEnd)) + "\n    ";
-        message.remove_prefix(lineEnd + 1);
+std::string formatMessage(const ImportMessage& message) {
+    std::string text = placeOf(message) + levelPrefix(message.level);
+    std::string_view rest = message.text;
+    for (std::size_t lineEnd = rest.find('\n'); lineEnd != std::string_view::npos;
+         lineEnd = rest.find('\n')) {
+        text += printableText(rest.substr(0, lineEnd)) + "\n    ";
+        rest.remove_prefix(lineEnd + 1);
     }
-    return text + printableText(message) + "\n";
-}
-
-void receiveMessage(int level, const char* text) {
-    const Clock::time_point now = Clock::now();
-    if (runningClock != nullptr)
-        runningClock->receive(text, now);
-    std::fputs(formatMessage(level, text).c_str(), stderr);
+    return text + printableText(rest) + "\n";
 }
 
 // The library takes a name without a directory for a directory.
@@ -117,23 +155,36 @@ void applySettings(ObjConverter& converter, const ImportSettings& settings) {
 
 }  // namespace
 
-ImportRun runImport(const ImportSettings& settings) {
+void printMessage(const ImportMessage& message) {
+    std::fputs(formatMessage(message).c_str(), stderr);
+}
+
+void printError(const std::string& text) {
+    printMessage({ObjConverter::MESSAGE_ERROR, text, {}, 0});
+}
+
+void printWarning(const std::string& text) {
+    printMessage({ObjConverter::MESSAGE_WARNING, text, {}, 0});
+}
+
+ImportRun runImport(const ImportSettings& settings, const MessageReceiver& receiver) {
     ImportRun run;
     ObjConverter* converter = ObjConverter::getInstance();
     if (converter == nullptr) {
-        std::fputs("error: not enough memory for the converter\n", stderr);
+        printError("not enough memory for the converter");
         return run;
     }
     applySettings(*converter, settings);
 
-    StageClock clock;
-    runningClock = &clock;
+    RunningImport running(*converter, receiver);
+    runningImport = &running;
     const int code = converter->importObjDataFromFile(withDirectory(settings.fileName).c_str());
     const Clock::time_point end = Clock::now();
-    runningClock = nullptr;
+    runningImport = nullptr;
 
     run.succeeded = code == ObjConverter::CONVERTER_OK;
-    run.stages = clock.getTimes(end);
+    run.stages = running.stages.getTimes(end);
+    run.libraries = std::move(running.libraries);
     return run;
 }
 

@@ -5,24 +5,17 @@
 
 #include <iosfwd>
 
-namespace obj_adapter {
-class ObjConverter;
-}
-
 namespace obj_adapter::tool {
 
-struct SummaryOptions {
-    bool all = false;        // whole lists and names
-    bool hierarchy = false;  // how the tree was asked for
-};
+class ModelAccess;
 
 // Whether any table has a record: after an import that gave up, whether there is
 // anything to tell.
-bool hasRecords(ObjConverter& converter);
+bool hasRecords(const ModelAccess& model);
 
-// Prints counts, bounding box, groups, their tree, materials and times. Renames
-// groups of one name in the model, as every request for the tree does.
-void printSummary(std::ostream& out, ObjConverter& converter, const ImportRun& importRun,
-                  const SummaryOptions& options);
+// Prints counts, bounding box, groups, materials and times; with all, lists and
+// names in full.
+void printSummary(std::ostream& out, const ModelAccess& model, const ImportRun& importRun,
+                  bool all);
 
 }  // namespace obj_adapter::tool

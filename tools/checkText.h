@@ -1,0 +1,16 @@
+// A report on a file, for a person and for other programs.
+#pragma once
+
+#include "checkReport.h"
+#include "jsonOutput.h"
+
+#include <iosfwd>
+
+namespace obj_adapter::tool {
+
+// With all, every issue in full; otherwise the first ones of each category.
+void printReport(std::ostream& out, const CheckReport& report, bool all);
+
+Json reportToJson(const CheckReport& report);
+
+}  // namespace obj_adapter::tool
