@@ -51,7 +51,7 @@ endforeach()
 # --- Protections of what is linked -----------------------------------------------
 
 # A list in an argument of a script.
-set(programsToCheck $<TARGET_FILE:firstImport>)
+set(programsToCheck "$<TARGET_FILE:firstImport>$<SEMICOLON>$<TARGET_FILE:obj_adapter_c>")
 if(TARGET obj_adapter_tool)
     string(APPEND programsToCheck "$<SEMICOLON>$<TARGET_FILE:obj_adapter_tool>")
 endif()
