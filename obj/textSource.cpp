@@ -1,12 +1,11 @@
 // Text files and their logical lines. Covered by tests/obj/textSourceTest.cpp.
 #include "obj/textSource.h"
 
-#include "platform/fileSystem.h"
-
 #include <algorithm>
 #include <cstring>
-#include <locale>
+#include <iterator>
 #include <stdexcept>
+#include <utility>
 
 namespace obj_adapter {
 
@@ -23,27 +22,22 @@ std::size_t checkedLineLength(std::size_t length) {
     return length;
 }
 
-void openTextFile(std::ifstream& stream, const std::string& fileName) {
+void openTextFile(platform::InputFile& file, const std::string& fileName) {
     if (fileName.empty())
         throw std::runtime_error("File Name empty");
-    // A locale of the host's may convert the bytes; they are wanted as they are.
-    stream.imbue(std::locale::classic());
-    if (!platform::openForReading(stream, fileName))
+    if (!file.open(fileName))
         throw std::runtime_error("Unable to open file");
-    // Some platforms open a directory like a file and fail at the first read.
-    if (platform::isDirectory(fileName)) {
-        stream.close();
+    if (file.isDirectory()) {
+        file.close();
         throw std::runtime_error("Unable to open file");
     }
     // Opening reads nothing, so this does not tell a zero-length file; such a
     // file opens and gives no lines.
-    if (stream.eof()) {
-        stream.close();
+    if (file.hasEnded()) {
+        file.close();
         throw std::runtime_error("File empty");
     }
 }
-
-LogicalLineReader::LogicalLineReader(std::istream& source) : stream(source), buffer(BLOCK_SIZE) {}
 
 bool LogicalLineReader::next(std::string_view& line) {
     if (!nextPhysical(line))
@@ -63,64 +57,71 @@ bool LogicalLineReader::next(std::string_view& line) {
 
 // The bytes up to the next line feed, in place; false when none are left.
 bool LogicalLineReader::nextPhysical(std::string_view& line) {
-    std::size_t searched = 0;
-    for (;;) {
-        const std::size_t available = dataEnd - lineBegin;
-        const char* begin = buffer.data() + lineBegin;
-        if (available > searched) {
-            const void* lineFeed = std::memchr(begin + searched, '\n', available - searched);
-            if (lineFeed != nullptr) {
-                const auto length =
-                    static_cast<std::size_t>(static_cast<const char*>(lineFeed) - begin);
-                line = std::string_view(begin, checkedLineLength(length));
-                lineBegin += length + 1;
-                return true;
-            }
-        }
-        searched = checkedLineLength(available);
+    while (lineBegin == readyEnd) {
+        checkedLineLength(dataEnd - lineBegin);
         if (fill())
             continue;
-        if (available == 0)
-            return false;
-        line = std::string_view(buffer.data() + lineBegin, available);
+        line = std::string_view(buffer.get() + lineBegin, dataEnd - lineBegin);
         lineBegin = dataEnd;
-        return true;
+        readyEnd = dataEnd;
+        return !line.empty();
     }
-}
-
-// Reads more behind the bytes not yet handed out, which move to the front;
-// false at the end of the stream.
-bool LogicalLineReader::fill() {
-    if (streamHasEnded)
-        return false;
-    if (stream.peek() == std::istream::traits_type::eof()) {
-        if (stream.bad() || !stream.eof())
-            throw std::runtime_error("Unable to read file");
-        streamHasEnded = true;
-        return false;
-    }
-    const std::size_t kept = dataEnd - lineBegin;
-    if (lineBegin > 0)
-        std::memmove(buffer.data(), buffer.data() + lineBegin, kept);
-    lineBegin = 0;
-    dataEnd = kept;
-    if (kept == buffer.size())
-        buffer.resize(std::min(2 * kept, MAX_LINE_LENGTH + BLOCK_SIZE));
-
-    // Only what stands ready: nothing is lost when the read after it fails, which
-    // shows at the next call.
-    const std::streamsize ready = std::max<std::streamsize>(stream.rdbuf()->in_avail(), 1);
-    const auto room = static_cast<std::streamsize>(buffer.size() - kept);
-    stream.read(buffer.data() + kept, std::min(ready, room));
-    dataEnd += static_cast<std::size_t>(stream.gcount());
+    const char* begin = buffer.get() + lineBegin;
+    const void* lineFeed = std::memchr(begin, '\n', readyEnd - lineBegin);
+    const auto length = static_cast<std::size_t>(static_cast<const char*>(lineFeed) - begin);
+    line = std::string_view(begin, checkedLineLength(length));
+    lineBegin += length + 1;
     return true;
 }
 
-TextFile::TextFile(const std::string& fileName) : streamBuffer(BLOCK_SIZE) {
-    stream.rdbuf()->pubsetbuf(streamBuffer.data(),
-                              static_cast<std::streamsize>(streamBuffer.size()));
-    openTextFile(stream, fileName);
-    lines = std::make_unique<LogicalLineReader>(stream);
+// Reads more behind the bytes not yet handed out, which hold no line feed; false
+// at the end of the text.
+bool LogicalLineReader::fill() {
+    if (sourceHasEnded)
+        return false;
+    makeRoom();
+    char* const fresh = buffer.get() + dataEnd;
+    const std::size_t length = source.read(fresh, capacity - dataEnd);
+    if (length == 0) {
+        sourceHasEnded = true;
+        return false;
+    }
+    dataEnd += length;
+    std::fill_n(buffer.get() + dataEnd, BYTES_BEHIND_LINES, '\0');
+    const auto behindLastLineFeed = std::find(std::make_reverse_iterator(fresh + length),
+                                              std::make_reverse_iterator(fresh), '\n')
+                                        .base();
+    if (behindLastLineFeed != fresh)
+        readyEnd = static_cast<std::size_t>(behindLastLineFeed - buffer.get());
+    return true;
+}
+
+// Moves the bytes not yet handed out to the front, of a larger buffer when they
+// fill this one.
+void LogicalLineReader::makeRoom() {
+    const std::size_t kept = dataEnd - lineBegin;
+    if (kept == capacity) {
+        const std::size_t grown =
+            capacity == 0 ? BLOCK_SIZE : std::min(2 * capacity, MAX_LINE_LENGTH + BLOCK_SIZE);
+        // What is not read into is never touched, and so costs no memory.
+        auto larger = std::make_unique_for_overwrite<char[]>(grown + BYTES_BEHIND_LINES);
+        if (kept > 0)
+            std::memcpy(larger.get(), buffer.get() + lineBegin, kept);
+        buffer = std::move(larger);
+        capacity = grown;
+    } else if (lineBegin > 0) {
+        std::memmove(buffer.get(), buffer.get() + lineBegin, kept);
+    }
+    lineBegin = 0;
+    readyEnd = 0;
+    dataEnd = kept;
+}
+
+std::size_t TextFile::read(char* to, std::size_t room) {
+    const std::ptrdiff_t length = file.read(to, room);
+    if (length < 0)
+        throw std::runtime_error("Unable to read file");
+    return static_cast<std::size_t>(length);
 }
 
 }  // namespace obj_adapter

@@ -1,13 +1,12 @@
 // Internal: text files and their logical lines, for OBJ and MTL alike.
 #pragma once
 
+#include "platform/inputFile.h"
+
 #include <cstddef>
-#include <fstream>
-#include <istream>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace obj_adapter {
 
@@ -22,53 +21,85 @@ std::size_t checkedLineLength(std::size_t length);
 // Opens a file for reading in the platform's own input mode. The name is UTF-8.
 //
 // std::runtime_error  "File Name empty", "Unable to open file" (a directory
-//                     too), or "File empty" when the stream stands at its end
+//                     too), or "File empty" when the file stands at its end
 //                     right after opening, which a zero-length file does not
-void openTextFile(std::ifstream& stream, const std::string& fileName);
+void openTextFile(platform::InputFile& file, const std::string& fileName);
 
-// Reads a stream in large blocks and hands out its lines in place.
+// Where the bytes of a text come from.
+class TextSource {
+public:
+    // Up to room bytes, which is more than none; at least one unless the text has
+    // ended.
+    //
+    // std::runtime_error "Unable to read file" when reading fails.
+    virtual std::size_t read(char* to, std::size_t room) = 0;
+
+protected:
+    TextSource() = default;
+    ~TextSource() = default;
+    TextSource(const TextSource&) = default;
+    TextSource& operator=(const TextSource&) = default;
+};
+
+// Reads a text in large blocks and hands out its lines in place.
 //
 // A line that ends in a backslash is joined with the next one, once, without
 // the backslash and the line feed between. The line feed at the end of a line
 // is dropped; a carriage return stays.
 class LogicalLineReader {
 public:
-    explicit LogicalLineReader(std::istream& source);
+    explicit LogicalLineReader(TextSource& textSource) noexcept : source(textSource) {}
     LogicalLineReader(const LogicalLineReader&) = delete;
     LogicalLineReader& operator=(const LogicalLineReader&) = delete;
 
     // The next line, valid until the next call; false at the end of the text.
     //
-    // std::runtime_error "Unable to read file" when the stream fails before its
+    // std::runtime_error "Unable to read file" when the source fails before its
     // end; std::length_error when the line is too long.
     bool next(std::string_view& line);
+
+    // Lines that stand ready in the block, none joined, each with its line feed; as
+    // many as there are whole, so often none. At least BYTES_BEHIND_LINES more bytes
+    // may be read behind them, whatever these are. Valid until the next call of
+    // next().
+    std::string_view getReadyLines() const noexcept {
+        return {buffer.get() + lineBegin, readyEnd - lineBegin};
+    }
+    static constexpr std::size_t BYTES_BEHIND_LINES = 16;
+
+    // Takes so many bytes of the ready lines as read: whole lines.
+    void skipReadyLines(std::size_t length) noexcept { lineBegin += length; }
 
 private:
     bool nextPhysical(std::string_view& line);
     bool fill();
+    void makeRoom();
 
-    std::istream& stream;
-    std::vector<char> buffer;
+    TextSource& source;
+    std::unique_ptr<char[]> buffer;
+    std::size_t capacity = 0;   // of the buffer, without the bytes behind
     std::size_t lineBegin = 0;  // the first byte not handed out
+    std::size_t readyEnd = 0;   // behind the last line feed, or lineBegin if that is more
     std::size_t dataEnd = 0;    // behind the last byte read
-    bool streamHasEnded = false;
+    bool sourceHasEnded = false;
     std::string joinedLine;
 };
 
 // An open file and the reader of its lines.
-class TextFile {
+class TextFile : private TextSource {
 public:
     // Opens as openTextFile does.
-    explicit TextFile(const std::string& fileName);
+    explicit TextFile(const std::string& fileName) { openTextFile(file, fileName); }
     TextFile(const TextFile&) = delete;
     TextFile& operator=(const TextFile&) = delete;
 
-    LogicalLineReader& getLines() noexcept { return *lines; }
+    LogicalLineReader& getLines() noexcept { return lines; }
 
 private:
-    std::vector<char> streamBuffer;  // outlives the stream that reads into it
-    std::ifstream stream;
-    std::unique_ptr<LogicalLineReader> lines;
+    std::size_t read(char* to, std::size_t room) override;
+
+    platform::InputFile file;
+    LogicalLineReader lines{*this};
 };
 
 }  // namespace obj_adapter

@@ -1,4 +1,4 @@
-// Opening text files, and their logical lines from streams of every kind.
+// Opening text files, and their logical lines from sources of every kind.
 #include "obj/textSource.h"
 
 #include "obj/lineTokens.h"
@@ -16,7 +16,6 @@
 #include <locale>
 #include <sstream>
 #include <stdexcept>
-#include <streambuf>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -41,14 +40,9 @@ Lines linesOf(LogicalLineReader& reader) {
     return lines;
 }
 
-Lines linesOfStream(std::istream& stream) {
-    LogicalLineReader reader(stream);
+Lines linesOfSource(TextSource& source) {
+    LogicalLineReader reader(source);
     return linesOf(reader);
-}
-
-Lines linesOfText(const std::string& text) {
-    std::istringstream stream(text);
-    return linesOfStream(stream);
 }
 
 Lines linesOfFile(const std::string& fileName) {
@@ -67,25 +61,27 @@ std::string failureOf(const std::function<void()>& action) {
 }
 
 // Hands out a text in pieces of given sizes, the last size again and again, and
-// then ends or fails.
-class PieceBuffer : public std::streambuf {
+// then ends or fails. Bytes of no text stand behind each piece, for a reader that
+// goes too far.
+class PieceSource : public TextSource {
 public:
-    PieceBuffer(std::string wholeText, std::vector<std::size_t> sizes, bool failsAtEnd = false)
+    PieceSource(std::string wholeText, std::vector<std::size_t> sizes, bool failsAtEnd = false)
         : text(std::move(wholeText)), pieceSizes(std::move(sizes)), isFailing(failsAtEnd) {}
 
-protected:
-    int_type underflow() override {
+    std::size_t read(char* to, std::size_t room) override {
+        EXPECT_GT(room, 0U);
+        std::fill_n(to, std::min(room, std::size_t{64}), '\n');
         if (taken == text.size()) {
             if (isFailing)
-                throw std::ios_base::failure("the device is gone");
-            return traits_type::eof();
+                throw std::runtime_error("Unable to read file");
+            return 0;
         }
         const std::size_t size = pieceSizes[std::min(pieceCount, pieceSizes.size() - 1)];
         ++pieceCount;
-        const std::size_t length = std::min(size, text.size() - taken);
-        setg(text.data() + taken, text.data() + taken, text.data() + taken + length);
+        const std::size_t length = std::min({size, room, text.size() - taken});
+        std::copy_n(text.data() + taken, length, to);
         taken += length;
-        return traits_type::to_int_type(*gptr());
+        return length;
     }
 
 private:
@@ -96,31 +92,10 @@ private:
     std::size_t pieceCount = 0;
 };
 
-// Has no buffer at all: every character is asked for by itself.
-class BareBuffer : public std::streambuf {
-public:
-    explicit BareBuffer(std::string wholeText, bool failsAtEnd = false)
-        : text(std::move(wholeText)), isFailing(failsAtEnd) {}
-
-protected:
-    int_type underflow() override {
-        if (position == text.size() && isFailing)
-            throw std::ios_base::failure("the device is gone");
-        return position == text.size() ? traits_type::eof()
-                                       : traits_type::to_int_type(text[position]);
-    }
-    int_type uflow() override {
-        const int_type character = underflow();
-        if (!traits_type::eq_int_type(character, traits_type::eof()))
-            ++position;
-        return character;
-    }
-
-private:
-    std::string text;
-    bool isFailing;
-    std::size_t position = 0;
-};
+Lines linesOfText(const std::string& text) {
+    PieceSource source(text, {std::string::npos});
+    return linesOfSource(source);
+}
 
 // Reading one line after the other as plainly as can be.
 Lines linesByGetline(const std::string& text) {
@@ -207,16 +182,13 @@ TEST(LogicalLines, tableOfTexts) {
     }
 }
 
-TEST(LogicalLines, streamsThatGiveLittleGiveTheSameLines) {
+TEST(LogicalLines, sourcesThatGiveLittleGiveTheSameLines) {
     for (const LineCase& row : lineCases()) {
         SCOPED_TRACE(row.title);
-        PieceBuffer oneByOne(row.text, {1});
-        std::istream oneByOneStream(&oneByOne);
-        expectLines(linesOfStream(oneByOneStream), row.lines);
-
-        BareBuffer bare(row.text);
-        std::istream bareStream(&bare);
-        expectLines(linesOfStream(bareStream), row.lines);
+        for (const std::size_t pieceSize : {1U, 2U, 3U}) {
+            PieceSource pieces(row.text, {pieceSize});
+            expectLines(linesOfSource(pieces), row.lines);
+        }
     }
 }
 
@@ -246,9 +218,8 @@ TEST(LogicalLines, generatedTextsAreReadAsByGetline) {
         std::vector<std::size_t> sizes;
         for (int i = 0; i < 10; ++i)
             sizes.push_back(static_cast<std::size_t>(random.between(1, 8)));
-        PieceBuffer buffer(text, sizes);
-        std::istream stream(&buffer);
-        ASSERT_EQ(linesOfStream(stream), linesByGetline(text)) << "round " << round;
+        PieceSource source(text, sizes);
+        ASSERT_EQ(linesOfSource(source), linesByGetline(text)) << "round " << round;
     }
 }
 
@@ -262,9 +233,8 @@ TEST(LogicalLines, linesCrossTheBordersOfBlocks) {
         const Lines expected = {first, "B", third, "", "D"};
         expectLines(linesOfText(text), expected);
         expectLines(linesOfFile(directory.write("long.obj", text)), expected);
-        PieceBuffer pieces(text, {65536, 1, 65535, 7, 65537, 1000});
-        std::istream stream(&pieces);
-        expectLines(linesOfStream(stream), expected);
+        PieceSource pieces(text, {65536, 1, 65535, 7, 65537, 1000});
+        expectLines(linesOfSource(pieces), expected);
     }
 }
 
@@ -312,9 +282,8 @@ TEST(LogicalLines, lineOfTwentyMegabytesIsRead) {
 // Looking through the whole line again after every byte would take many minutes.
 TEST(LogicalLines, longLineByteByByteIsRead) {
     constexpr std::size_t LENGTH = 8000000;
-    PieceBuffer buffer(std::string(LENGTH, 'x') + "\ny", {1});
-    std::istream stream(&buffer);
-    const Lines lines = linesOfStream(stream);
+    PieceSource source(std::string(LENGTH, 'x') + "\ny", {1});
+    const Lines lines = linesOfSource(source);
     ASSERT_EQ(lines.size(), 2U);
     EXPECT_TRUE(lines[0] == std::string(LENGTH, 'x'));
     EXPECT_EQ(lines[1], "y");
@@ -322,8 +291,8 @@ TEST(LogicalLines, longLineByteByByteIsRead) {
 
 TEST(LogicalLines, millionsOfEmptyLinesAreRead) {
     constexpr int COUNT = 5000000;
-    std::istringstream stream(std::string(COUNT, '\n'));
-    LogicalLineReader reader(stream);
+    PieceSource source(std::string(COUNT, '\n'), {std::string::npos});
+    LogicalLineReader reader(source);
     std::string_view line;
     int count = 0;
     while (reader.next(line)) {
@@ -334,8 +303,8 @@ TEST(LogicalLines, millionsOfEmptyLinesAreRead) {
 }
 
 TEST(LogicalLines, lineHoldsUntilTheNextCall) {
-    std::istringstream stream("first\\\n line\nsecond\n");
-    LogicalLineReader reader(stream);
+    PieceSource source("first\\\n line\nsecond\n", {std::string::npos});
+    LogicalLineReader reader(source);
     std::string_view line;
     ASSERT_TRUE(reader.next(line));
     LineTokens tokens(line);
@@ -347,8 +316,8 @@ TEST(LogicalLines, lineHoldsUntilTheNextCall) {
 }
 
 TEST(LogicalLines, endStaysTheEnd) {
-    std::istringstream stream("a\n");
-    LogicalLineReader reader(stream);
+    PieceSource source("a\n", {std::string::npos});
+    LogicalLineReader reader(source);
     std::string_view line;
     EXPECT_TRUE(reader.next(line));
     for (int call = 0; call < 3; ++call)
@@ -356,7 +325,7 @@ TEST(LogicalLines, endStaysTheEnd) {
 }
 
 // All that came before the failure is handed out as far as it is whole lines.
-TEST(LogicalLines, failingStreamGivesItsCompleteLinesFirst) {
+TEST(LogicalLines, failingSourceGivesItsCompleteLinesFirst) {
     struct Row {
         const char* title;
         std::string text;
@@ -373,13 +342,10 @@ TEST(LogicalLines, failingStreamGivesItsCompleteLinesFirst) {
         {"long lines", longLine + "\nb\n" + longLine, {longLine, "b"}},
     };
     for (const Row& row : ROWS) {
-        for (const std::size_t pieceSize : {std::size_t{1}, std::size_t{3}, std::size_t{65536},
-                                            std::size_t{1000000}, std::size_t{0}}) {
+        for (const std::size_t pieceSize : {1, 3, 65536, 1000000}) {
             SCOPED_TRACE(testing::Message() << row.title << ", " << pieceSize);
-            PieceBuffer pieces(row.text, {pieceSize}, true);
-            BareBuffer bare(row.text, true);
-            std::istream stream(pieceSize == 0 ? static_cast<std::streambuf*>(&bare) : &pieces);
-            LogicalLineReader reader(stream);
+            PieceSource source(row.text, {pieceSize}, true);
+            LogicalLineReader reader(source);
             Lines lines;
             const auto readAll = [&] {
                 std::string_view line;
@@ -394,42 +360,51 @@ TEST(LogicalLines, failingStreamGivesItsCompleteLinesFirst) {
     }
 }
 
-TEST(LogicalLines, streamThatHasFailedBeforeIsNotReadable) {
-    for (const std::ios_base::iostate state : {std::ios_base::failbit, std::ios_base::badbit,
-                                               std::ios_base::badbit | std::ios_base::eofbit}) {
-        std::istringstream stream("a\n");
-        stream.setstate(state);
-        EXPECT_EQ(failureOf([&] { linesOfStream(stream); }), "Unable to read file");
+// Ready lines and single ones take turns in every way.
+TEST(LogicalLines, readyLinesAreThoseThatFollow) {
+    RandomSource random(32);
+    for (int round = 0; round < 5000; ++round) {
+        SCOPED_TRACE(round);
+        std::string text;
+        for (int i = random.below(60); i > 0; --i)
+            text += random.oneIn(4) ? '\n' : static_cast<char>('a' + random.below(3));
+        std::vector<std::size_t> sizes;
+        for (int i = 0; i < 10; ++i)
+            sizes.push_back(static_cast<std::size_t>(random.between(1, 20)));
+        PieceSource source(text, sizes);
+        LogicalLineReader reader(source);
+        Lines lines;
+        std::string_view line;
+        do {
+            const std::string_view ready = reader.getReadyLines();
+            ASSERT_TRUE(ready.empty() || ready.back() == '\n');
+            std::size_t length = 0;
+            while (length < ready.size() && !random.oneIn(3)) {
+                const std::size_t lineFeed = ready.find('\n', length);
+                lines.emplace_back(ready.substr(length, lineFeed - length));
+                length = lineFeed + 1;
+            }
+            reader.skipReadyLines(length);
+            if (!reader.next(line))
+                break;
+            lines.emplace_back(line);
+        } while (true);
+        expectLines(lines, linesByGetline(text));
     }
 }
 
-// Promises characters that it has not got, or has none to give after all.
-TEST(LogicalLines, streamThatPromisesTooMuchEnds) {
-    class Boaster : public BareBuffer {
-    public:
-        explicit Boaster(bool fails) : BareBuffer("a\nb", fails) {}
-
-    protected:
-        std::streamsize showmanyc() override { return 1000; }
-    };
-    Boaster ending(false);
-    std::istream endingStream(&ending);
-    expectLines(linesOfStream(endingStream), {"a", "b"});
-
-    Boaster failing(true);
-    std::istream failingStream(&failing);
-    EXPECT_EQ(failureOf([&] { linesOfStream(failingStream); }), "Unable to read file");
-
-    class Refuser : public BareBuffer {
-    public:
-        Refuser() : BareBuffer("a\nb") {}
-
-    protected:
-        int_type uflow() override { return traits_type::eof(); }
-    };
-    Refuser refusing;
-    std::istream refusingStream(&refusing);
-    expectLines(linesOfStream(refusingStream), {});
+// A statement at the end of the block is read in steps of several bytes.
+TEST(LogicalLines, bytesBehindReadyLinesMayBeRead) {
+    for (const std::size_t length : BORDER_LENGTHS) {
+        PieceSource source(std::string(length, 'a') + "\n", {std::string::npos});
+        LogicalLineReader reader(source);
+        std::string_view line;
+        ASSERT_TRUE(reader.next(line));
+        const std::string_view ready = reader.getReadyLines();
+        ASSERT_TRUE(ready.empty());
+        for (std::size_t i = 0; i < LogicalLineReader::BYTES_BEHIND_LINES; ++i)
+            EXPECT_EQ(ready.data()[i], '\0');
+    }
 }
 
 TEST(CheckedLineLength, linesUpToTheHighestIntAreTaken) {
@@ -448,18 +423,18 @@ TEST(CheckedLineLength, linesUpToTheHighestIntAreTaken) {
 }
 
 TEST(OpenTextFile, emptyNameIsRefused) {
-    std::ifstream stream;
-    EXPECT_EQ(failureOf([&] { openTextFile(stream, ""); }), "File Name empty");
-    EXPECT_FALSE(stream.is_open());
+    platform::InputFile file;
+    EXPECT_EQ(failureOf([&] { openTextFile(file, ""); }), "File Name empty");
+    EXPECT_FALSE(file.isOpen());
     EXPECT_EQ(failureOf([] { TextFile(""); }), "File Name empty");
 }
 
 TEST(OpenTextFile, missingFileIsRefused) {
     const TemporaryDirectory directory;
-    std::ifstream stream;
-    EXPECT_EQ(failureOf([&] { openTextFile(stream, directory.getPath() + "none.obj"); }),
+    platform::InputFile file;
+    EXPECT_EQ(failureOf([&] { openTextFile(file, directory.getPath() + "none.obj"); }),
               "Unable to open file");
-    EXPECT_FALSE(stream.is_open());
+    EXPECT_FALSE(file.isOpen());
     EXPECT_EQ(failureOf([&] { TextFile(directory.getPath() + "none/none.obj"); }),
               "Unable to open file");
     EXPECT_EQ(failureOf([&] { TextFile(directory.getPath() + std::string(100000, 'x')); }),
@@ -472,9 +447,9 @@ TEST(OpenTextFile, directoryIsRefused) {
     for (const std::string& name : {directory.getPath(), directory.getPath() + "models.obj",
                                     std::string("."), std::string("/")}) {
         SCOPED_TRACE(name);
-        std::ifstream stream;
-        EXPECT_EQ(failureOf([&] { openTextFile(stream, name); }), "Unable to open file");
-        EXPECT_FALSE(stream.is_open());
+        platform::InputFile file;
+        EXPECT_EQ(failureOf([&] { openTextFile(file, name); }), "Unable to open file");
+        EXPECT_FALSE(file.isOpen());
     }
 }
 
@@ -488,22 +463,26 @@ TEST(OpenTextFile, fileBelowAFileIsRefused) {
 TEST(OpenTextFile, zeroLengthFileOpensAndGivesNoLines) {
     const TemporaryDirectory directory;
     const std::string fileName = directory.write("empty.obj", "");
-    std::ifstream stream;
-    EXPECT_EQ(failureOf([&] { openTextFile(stream, fileName); }), "no failure");
-    EXPECT_TRUE(stream.is_open());
-    EXPECT_FALSE(stream.eof());
-    expectLines(linesOfStream(stream), {});
+    platform::InputFile file;
+    EXPECT_EQ(failureOf([&] { openTextFile(file, fileName); }), "no failure");
+    EXPECT_TRUE(file.isOpen());
+    EXPECT_FALSE(file.hasEnded());
     expectLines(linesOfFile(fileName), {});
 }
 
-// Opening reads nothing, so it must not be a stream's earlier end that counts.
+// Opening reads nothing, so it must not be an earlier file's end that counts.
 TEST(OpenTextFile, endOfAnEarlierFileDoesNotCount) {
     const TemporaryDirectory directory;
     const std::string fileName = directory.write("a.obj", "a\n");
-    std::ifstream stream;
-    stream.setstate(std::ios_base::eofbit | std::ios_base::failbit);
-    EXPECT_EQ(failureOf([&] { openTextFile(stream, fileName); }), "no failure");
-    expectLines(linesOfStream(stream), {"a"});
+    platform::InputFile file;
+    char bytes[8] = {};
+    for (int time = 0; time < 2; ++time) {
+        EXPECT_EQ(failureOf([&] { openTextFile(file, fileName); }), "no failure");
+        EXPECT_EQ(file.read(bytes, sizeof bytes), 2);
+        EXPECT_EQ(file.read(bytes, sizeof bytes), 0);
+        EXPECT_TRUE(file.hasEnded());
+    }
+    EXPECT_STREQ(bytes, "a\n");
 }
 
 TEST(OpenTextFile, namesAreUtf8) {
