@@ -1,6 +1,7 @@
 // Tokens to numbers. Covered by tests/obj/numberParsingTest.cpp.
 #include "obj/numberParsing.h"
 
+#include "obj/decimalConversion.h"
 #include "obj/keywords.h"
 
 #include <algorithm>
@@ -82,17 +83,6 @@ Exponent takeExponent(const char*& position, const char* end, char lowerCaseLett
     return isNegative ? -exponent : exponent;
 }
 
-// The digits of a decimal number: 64 bits hold 19 of them.
-constexpr int MAX_EXACT_DIGITS = 19;
-
-// Numbers whose digits and whose power of ten are both exact in a double come
-// out correctly rounded by one multiplication or division.
-constexpr std::uint64_t MAX_EXACT_MANTISSA = std::uint64_t{1} << 53U;
-constexpr int MAX_EXACT_POWER_OF_TEN = 22;
-constexpr double POWERS_OF_TEN[MAX_EXACT_POWER_OF_TEN + 1] = {
-    1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
-    1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-
 // The parts of a decimal number as they stand in the text.
 struct DecimalParts {
     std::uint64_t mantissa = 0;  // all digits, without the point
@@ -112,7 +102,7 @@ DecimalParts readDecimal(const char* position, const char* end) noexcept {
             parts.mantissa = 10 * parts.mantissa + static_cast<unsigned>(digit);  // may wrap
             if (digit != 0)
                 parts.hasNonzeroDigit = true;
-            if (parts.hasNonzeroDigit && parts.digitCount <= MAX_EXACT_DIGITS)
+            if (parts.hasNonzeroDigit && parts.digitCount <= MAX_MANTISSA_DIGITS)
                 ++parts.digitCount;
         }
         parts.hasDigits = parts.hasDigits || position != begin;
@@ -130,14 +120,10 @@ DecimalParts readDecimal(const char* position, const char* end) noexcept {
 }
 
 double decimalValue(const char* begin, const DecimalParts& parts) {
-    if (parts.digitCount <= MAX_EXACT_DIGITS && parts.mantissa <= MAX_EXACT_MANTISSA) {
-        const double mantissa = static_cast<double>(parts.mantissa);
-        if (parts.exponent >= 0 && parts.exponent <= MAX_EXACT_POWER_OF_TEN)
-            return mantissa * POWERS_OF_TEN[parts.exponent];
-        if (parts.exponent < 0 && parts.exponent >= -MAX_EXACT_POWER_OF_TEN)
-            return mantissa / POWERS_OF_TEN[-parts.exponent];
-    }
     double value = 0.0;
+    if (parts.digitCount <= MAX_MANTISSA_DIGITS &&
+        convertDecimal(parts.mantissa, parts.exponent, value))
+        return value;
     // A library may give infinity or zero with or without an error.
     const std::from_chars_result result = std::from_chars(begin, parts.end, value);
     if (result.ec != std::errc() || std::isinf(value) || (value == 0.0 && parts.hasNonzeroDigit))
