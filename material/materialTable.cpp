@@ -35,6 +35,13 @@ int MaterialTable::findMaterial(std::string_view name) {
     return found == firstPositions.end() ? NO_INDEX : found->second;
 }
 
+int MaterialTable::findKnownMaterial(std::string_view name) const noexcept {
+    if (!firstPositionsAreCurrent)
+        return NO_INDEX;
+    const auto found = firstPositions.find(name);
+    return found == firstPositions.end() ? NO_INDEX : found->second;
+}
+
 int MaterialTable::addMaterial(const Material& material) {
     const int position = nextRecordIndex(materials.size());
     // The last moment at which the host can have written through its pointer.

@@ -36,6 +36,10 @@ public:
     // NO_INDEX.
     int findMaterial(std::string_view name);
 
+    // The same without asking for memory: NO_INDEX also where the names must be
+    // looked at again first.
+    int findKnownMaterial(std::string_view name) const noexcept;
+
     // Appends a copy and returns its position. std::length_error when the table
     // is full; the table is unchanged after any failure.
     int addMaterial(const Material& material);

@@ -4,6 +4,7 @@
 #include "groups/objHierarchy.h"
 #include "model/recordLimits.h"
 
+#include <algorithm>
 #include <cassert>
 
 namespace obj_adapter {
@@ -52,6 +53,17 @@ void ObjModel::addFaceToCurrentGroup(int faceIndex) {
     assert(!groups.empty());
     groups.back().faceIndices.push_back(faceIndex);
     faces[static_cast<std::size_t>(faceIndex)].groupIndex = getNumberOfGroups() - 1;
+    hierarchyValid = false;
+}
+
+void ObjModel::addLastFacesToCurrentGroup(std::size_t faceCount) {
+    assert(!groups.empty() && faceCount <= faces.size());
+    std::vector<int>& list = groups.back().faceIndices;
+    // A list that is begun here may well be complete; a longer one grows on.
+    if (list.capacity() - list.size() < faceCount)
+        list.reserve(std::max(list.size() + faceCount, 2 * list.capacity()));
+    for (std::size_t face = faces.size() - faceCount; face < faces.size(); ++face)
+        list.push_back(static_cast<int>(face));
     hierarchyValid = false;
 }
 

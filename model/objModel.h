@@ -3,11 +3,13 @@
 #pragma once
 
 #include "material/materialTable.h"
+#include "model/recordLimits.h"
 #include "platform/growingArray.h"
 
 #include <obj_adapter/geometryRecords.h>
 #include <obj_adapter/group.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -21,6 +23,12 @@ using FaceTable = platform::GrowingArray<Face>;
 using VertexTable = platform::GrowingArray<Vertex>;
 using TexturePointTable = platform::GrowingArray<TexturePoint>;
 using NormalPointTable = platform::GrowingArray<NormalPoint>;
+
+// Whether one more record asks for no memory and can be counted.
+template <typename Table>
+bool hasRoomForRecord(const Table& table) noexcept {
+    return table.size() < table.capacity() && table.size() < MAX_RECORDS;
+}
 
 // The tables, all by value. The operations on groups stand in
 // groups/groupTable.h.
@@ -66,6 +74,10 @@ struct ObjModel {
 
     // Puts the face into the current group, which is the last of the table.
     void addFaceToCurrentGroup(int faceIndex);
+
+    // Puts the last faces of the table, which are in no list yet, into the current
+    // group; their groupIndex names it already. Nothing changes when memory runs out.
+    void addLastFacesToCurrentGroup(std::size_t faceCount);
 
     // Both of the above, or nothing when memory runs out in between.
     int addFaceInCurrentGroup(const Face& face);

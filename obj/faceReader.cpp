@@ -5,15 +5,63 @@
 #include "converter/messages.h"
 #include "model/objModel.h"
 #include "obj/numberParsing.h"
+#include "obj/ordinaryNumbers.h"
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <exception>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace obj_adapter {
+
+namespace {
+
+// [-] digits that name one of count records read so far; null for anything else,
+// and for more digits than every index fits.
+const char* readOrdinaryIndex(const char* position, int count, std::int32_t& index) noexcept {
+    constexpr std::ptrdiff_t MAX_DIGITS = 9;
+    constexpr unsigned DECIMAL = 10;
+    const bool isNegative = *position == '-';
+    position += isNegative ? 1 : 0;
+    const char* const begin = position;
+    unsigned value = 0;
+    for (unsigned digit; (digit = digitOf(*position)) < DECIMAL; ++position)
+        value = DECIMAL * value + digit;
+    // One below the first record, or no digits, becomes a number beyond every count.
+    const auto number = static_cast<unsigned>(count);
+    const unsigned resolved = isNegative ? number - value : value - 1;
+    if (resolved >= number || position - begin > MAX_DIGITS)
+        return nullptr;
+    index = static_cast<std::int32_t>(resolved);
+    return position;
+}
+
+struct RecordCounts {
+    int vertices;
+    int texturePoints;
+    int normals;
+};
+
+// A corner in any of its forms; null where it is not ordinary.
+const char* readOrdinaryCorner(const char* position, const RecordCounts& counts,
+                               FaceElement& corner) noexcept {
+    position = readOrdinaryIndex(position, counts.vertices, corner.vertexIndex);
+    if (position == nullptr || *position != '/')
+        return position;
+    ++position;
+    if (*position != '/') {
+        position = readOrdinaryIndex(position, counts.texturePoints, corner.textureIndex);
+        if (position == nullptr || *position != '/')
+            return position;
+    }
+    return readOrdinaryIndex(position + 1, counts.normals, corner.normalIndex);
+}
+
+}  // namespace
 
 int resolveIndex(int value, int count) {
     const int index = value < 0 ? value + count : value - 1;
@@ -67,6 +115,64 @@ void FaceReader::readFaceStatement(LineTokens& tokens, int currentMaterial) {
         reportError("Face does not have enough vertices. Skipping face.");
     else if (corners.size() > CORNERS_PER_FACE)
         addPolygon(currentMaterial);
+}
+
+const char* FaceReader::readOrdinaryFace(const char* position, int currentMaterial) {
+    constexpr std::size_t MAX_CORNERS = 64;
+    const RecordCounts counts{model.getNumberOfVertices(), model.getNumberOfTexturePoints(),
+                              model.getNumberOfNormalPoints()};
+    FaceElement read[MAX_CORNERS];
+    std::size_t count = 0;
+    for (;;) {
+        const char* const token = skipBlanks(position);
+        if (*token == '\n' || *token == '\r') {
+            position = token + (*token == '\r' ? 1 : 0);
+            break;
+        }
+        if (token == position || count == MAX_CORNERS)
+            return nullptr;
+        position = readOrdinaryCorner(token, counts, read[count]);
+        if (position == nullptr)
+            return nullptr;
+        ++count;
+    }
+    if (*position != '\n' || count < CORNERS_PER_FACE)
+        return nullptr;
+    if (count == CORNERS_PER_FACE) {
+        if (!hasRoomForRecord(model.faces))
+            return nullptr;
+        addPendingFace(read, currentMaterial);
+    } else {
+        joinPendingFaces();
+        corners.assign(read, read + count);
+        addPolygon(currentMaterial);
+    }
+    return position + 1;
+}
+
+void FaceReader::addPendingFace(const FaceElement* triangle, int currentMaterial) {
+    Face face;
+    std::copy_n(triangle, CORNERS_PER_FACE, face.elements);
+    face.materialIndex = currentMaterial;
+    face.groupIndex = model.getNumberOfGroups() - 1;
+    model.faces.push_back(face);
+    ++pendingFaces;
+}
+
+// Without memory for the list, the faces are taken back and reported as if each had
+// failed by itself.
+void FaceReader::joinPendingFaces() {
+    if (pendingFaces == 0)
+        return;
+    const std::size_t joining = std::exchange(pendingFaces, 0);
+    try {
+        model.addLastFacesToCurrentGroup(joining);
+    } catch (const std::exception& failure) {
+        model.faces.resize(model.faces.size() - joining);
+        for (std::size_t face = 0; face < joining; ++face)
+            reportError(std::string("Could not process face. ") + failureText(failure) +
+                        " Skipping face.");
+    }
 }
 
 void FaceReader::addTriangle(int currentMaterial) {

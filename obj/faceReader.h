@@ -6,6 +6,7 @@
 
 #include <obj_adapter/geometryRecords.h>
 
+#include <cstddef>
 #include <vector>
 
 namespace obj_adapter {
@@ -41,7 +42,17 @@ public:
     // skipped.
     void readFaceStatement(LineTokens& tokens, int currentMaterial);
 
+    // The same for a statement of plain indices of records that are there, from
+    // behind the keyword; returns behind its line feed. Null, with nothing done, for
+    // every other statement, and where a table has no room.
+    //
+    // The face joins its group only at the next call of joinPendingFaces, which must
+    // come before anything looks at the groups: any other statement, the host.
+    const char* readOrdinaryFace(const char* position, int currentMaterial);
+    void joinPendingFaces();
+
 private:
+    void addPendingFace(const FaceElement* triangle, int currentMaterial);
     void addTriangle(int currentMaterial);
     void addPolygon(int currentMaterial);
 
@@ -50,6 +61,7 @@ private:
     Triangulator triangulator;
     std::vector<FaceElement> corners;
     std::vector<Face> triangles;
+    std::size_t pendingFaces = 0;  // the last of the table, in no group's list yet
 };
 
 // Moves every index that lies outside its table to the nearest end of it, and

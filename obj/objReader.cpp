@@ -11,6 +11,7 @@
 #include "obj/keywords.h"
 #include "obj/lineTokens.h"
 #include "obj/numberParsing.h"
+#include "obj/ordinaryStatements.h"
 #include "obj/textSource.h"
 
 #include <cstdint>
@@ -49,14 +50,15 @@ class ObjReader {
 public:
     ObjReader(const std::string& ownInputPath, const ConverterSettings& settings,
               ObjModel& ownModel) noexcept
-        : inputPath(ownInputPath), model(ownModel), faceReader(ownModel, settings) {}
+        : inputPath(ownInputPath),
+          model(ownModel),
+          faceReader(ownModel, settings),
+          ordinaryStatements(ownModel, faceReader) {}
 
     void read(const std::string& inputFile, LogicalLineReader& lines) {
         model.name = modelNameOf(inputFile);
         addInitialGroup(model);
-        std::string_view line;
-        while (lines.next(line))
-            readLine(line);
+        readStatements(lines);
         reportUnrecognizedStatements();
         reportMissingMaterials();
         repairFaceIndices(model);
@@ -66,6 +68,7 @@ public:
 private:
     using Handler = void (ObjReader::*)();
 
+    void readStatements(LogicalLineReader& lines);
     void readLine(std::string_view line);
     void readVertexStatement();
     void readTexturePointStatement();
@@ -93,11 +96,23 @@ private:
     const std::string& inputPath;
     ObjModel& model;
     FaceReader faceReader;
+    OrdinaryStatements ordinaryStatements;
     LineTokens tokens{std::string_view()};  // of the present line, behind the keyword
     int currentMaterial = NO_INDEX;
     Tally unrecognizedStatements;
     Tally missingMaterials;
 };
+
+// Each line the short way if it is ordinary, otherwise the plain way.
+void ObjReader::readStatements(LogicalLineReader& lines) {
+    for (;;) {
+        lines.skipReadyLines(ordinaryStatements.read(lines.getReadyLines(), currentMaterial));
+        std::string_view line;
+        if (!lines.next(line))
+            return;
+        readLine(line);
+    }
+}
 
 // A comment starts in the first column; a line of one character is no
 // statement, whatever it is.
