@@ -199,6 +199,7 @@ NormalPoint* ObjConverter::getVertexNormal(int index) noexcept {
 }
 
 Face* ObjConverter::getFace(int index) noexcept {
+    state->model.areFacesLent = true;
     return state->model.faces.data() + index;
 }
 

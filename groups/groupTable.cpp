@@ -96,6 +96,11 @@ void removeEmptyGroups(ObjModel& model) {
             newIndices[group] = survivorCount++;
     }
 
+    if (static_cast<std::size_t>(survivorCount) == model.groups.size()) {
+        model.hierarchyValid = false;
+        return;
+    }
+
     // Nothing below allocates. A face whose group is gone, which takes a host
     // that emptied the list, is left without one.
     model.hierarchyValid = false;

@@ -57,6 +57,9 @@ struct ObjModel {
     // refuses those. True until compaction has looked.
     bool hasConflictingFaces = true;
 
+    // The host may hold a pointer to a face and write through it.
+    bool areFacesLent = false;
+
     MaterialTable materialTable;
 
     // The tree handed to the host, made on the first request.

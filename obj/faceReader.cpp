@@ -104,6 +104,7 @@ void FaceReader::readFaceStatement(LineTokens& tokens, int currentMaterial) {
     try {
         for (Token token = tokens.next(); !token.isMissing(); token = tokens.next())
             corners.push_back(parseFaceElement(model, token));
+        proveIndices();
         if (corners.size() == CORNERS_PER_FACE)
             addTriangle(currentMaterial);
     } catch (const std::exception& failure) {
@@ -172,6 +173,17 @@ void FaceReader::joinPendingFaces() {
         for (std::size_t face = 0; face < joining; ++face)
             reportError(std::string("Could not process face. ") + failureText(failure) +
                         " Skipping face.");
+    }
+}
+
+// A corner may name a record that comes later, or none. Tables only grow, so an
+// index that lies in its table stays in it.
+void FaceReader::proveIndices() noexcept {
+    for (const FaceElement& corner : corners) {
+        if (corner.vertexIndex >= model.getNumberOfVertices() ||
+            corner.textureIndex >= model.getNumberOfTexturePoints() ||
+            corner.normalIndex >= model.getNumberOfNormalPoints())
+            indicesAreProven = false;
     }
 }
 

@@ -51,7 +51,11 @@ public:
     const char* readOrdinaryFace(const char* position, int currentMaterial);
     void joinPendingFaces();
 
+    // Whether every index of the faces added here was seen to lie in its table.
+    bool areIndicesProven() const noexcept { return indicesAreProven; }
+
 private:
+    void proveIndices() noexcept;
     void addPendingFace(const FaceElement* triangle, int currentMaterial);
     void addTriangle(int currentMaterial);
     void addPolygon(int currentMaterial);
@@ -62,6 +66,7 @@ private:
     std::vector<FaceElement> corners;
     std::vector<Face> triangles;
     std::size_t pendingFaces = 0;  // the last of the table, in no group's list yet
+    bool indicesAreProven = true;
 };
 
 // Moves every index that lies outside its table to the nearest end of it, and

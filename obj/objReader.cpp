@@ -56,17 +56,25 @@ public:
           ordinaryStatements(ownModel, faceReader) {}
 
     void read(const std::string& inputFile, LogicalLineReader& lines) {
+        model.areFacesLent = !model.faces.empty();
         model.name = modelNameOf(inputFile);
         addInitialGroup(model);
         readStatements(lines);
         reportUnrecognizedStatements();
         reportMissingMaterials();
-        repairFaceIndices(model);
+        repairFaces();
         removeEmptyGroups(model);
     }
 
 private:
     using Handler = void (ObjReader::*)();
+
+    // The repair changes nothing, and is left out, where every index was seen to lie in
+    // its table and the host cannot have written others since.
+    void repairFaces() {
+        if (!faceReader.areIndicesProven() || model.areFacesLent)
+            repairFaceIndices(model);
+    }
 
     void readStatements(LogicalLineReader& lines);
     void readLine(std::string_view line);

@@ -209,6 +209,53 @@ TEST_F(HostCallbackTest, gettersAnswerWithWhatIsThere) {
     EXPECT_EQ(faces, 1);
 }
 
+// Every face stands in its group's list by the time of a message.
+TEST_F(HostCallbackTest, groupsHoldTheFacesReadSoFar) {
+    std::string seen;
+    hostCode = [&](int /*level*/, const std::string& text) {
+        if (text.rfind("Error", 0) != 0 && text.rfind("Polygonal", 0) != 0)
+            return;
+        EXPECT_EQ(findViolations(viewOf(*converter), ModelState::ENDED_EARLY), "");
+        for (int group = 0; group < converter->getNumberOfGroups(); ++group)
+            seen += std::to_string(converter->getGroup(group)->getNumberOfFaces()) + " ";
+        seen += "of " + std::to_string(converter->getNumberOfFaces()) + "; ";
+    };
+    import(
+        "v 0 0 0\nv 1 0 0\nv 1 1 0\nf 1 2 3\nv x\nf 1 2 3\nf 3 2 1\nv x\ng a\nf 1 2 3\nf 1 2 3 1\n"
+        "f 2 3 1\nf 1 2 9\nf 2 1 3\nv x\n");
+    EXPECT_EQ(seen, "1 of 1; 3 of 3; 3 1 of 4; 3 4 of 7; ");
+}
+
+// What the host writes into a face while the file is read is repaired like what the
+// file says, also through a pointer lent at an earlier message.
+TEST_F(HostCallbackTest, indicesWrittenInsideAreRepaired) {
+    for (const bool isLentEarlier : {false, true}) {
+        SCOPED_TRACE(isLentEarlier);
+        SetUp();
+        Face* face = nullptr;
+        hostCode = [&](int /*level*/, const std::string& text) {
+            if (text.rfind("Error", 0) == 0 && isLentEarlier)
+                face = converter->getFace(0);
+            if (text.rfind("Unrecognized", 0) != 0)
+                return;
+            if (!isLentEarlier)
+                face = converter->getFace(0);
+            face->getElement(1).vertexIndex = 99;
+        };
+        import("v 0 0 0\nv 1 0 0\nv 1 1 0\nf 1 2 3\nv x\nunknown\n");
+        EXPECT_EQ(converter->getFace(0)->elements[1].vertexIndex, 3);
+        EXPECT_NE(receivedText().find("being out of range: 1\n"), std::string::npos);
+    }
+}
+
+// And what it wrote between two imports.
+TEST_F(HostCallbackTest, indicesWrittenBetweenImportsAreRepaired) {
+    import("v 0 0 0\nv 1 0 0\nv 1 1 0\nf 1 2 3\n");
+    converter->getFace(0)->getElement(1).vertexIndex = 99;
+    import("v 0 0 0\n");
+    EXPECT_EQ(converter->getFace(0)->elements[1].vertexIndex, 3);
+}
+
 TEST_F(HostCallbackTest, aSecondImportInsideIsRefusedSilently) {
     int innerResult = -1;
     hostCode = [&](int /*level*/, const std::string& text) {
