@@ -7,7 +7,9 @@
 
 #include <obj_adapter/geometryRecords.h>
 
+#include <array>
 #include <cmath>
+#include <cstddef>
 
 namespace obj_adapter {
 
@@ -30,6 +32,23 @@ inline double loopBeta(int n) {
     const double reach = 0.375 + 0.25 * std::cos(TWO_PI / n);
     return (1.0 / n) * (0.625 - reach * reach);
 }
+
+// loopBeta, with the weights of common neighbour counts at hand.
+class BetaTable {
+public:
+    BetaTable() {
+        for (std::size_t n = 0; n < betas.size(); ++n)
+            betas[n] = loopBeta(static_cast<int>(n));
+    }
+
+    double get(int neighbourCount) const {
+        const auto n = static_cast<std::size_t>(neighbourCount);
+        return n < betas.size() ? betas[n] : loopBeta(neighbourCount);
+    }
+
+private:
+    std::array<double, 16> betas;
+};
 
 // The coordinates of a vertex that the scheme computes with.
 struct Position {
@@ -61,10 +80,10 @@ inline Position boundaryEdgePosition(const Position& p, const Position& q) {
     return (p + q) * MIDPOINT_WEIGHT;
 }
 
-// Where an old vertex goes that lies on the boundary between two others.
-inline Position movedBoundaryPosition(const Position& own, const Position& neighbour0,
-                                      const Position& neighbour1) {
-    return own * BOUNDARY_OWN_WEIGHT + (neighbour0 + neighbour1) * BOUNDARY_NEIGHBOUR_WEIGHT;
+// Where an old vertex goes that lies on the boundary between two others, of which
+// it takes the sum.
+inline Position movedBoundaryPosition(const Position& own, const Position& neighbourSum) {
+    return own * BOUNDARY_OWN_WEIGHT + neighbourSum * BOUNDARY_NEIGHBOUR_WEIGHT;
 }
 
 // Where any other old vertex goes; beta is loopBeta(neighbourCount).

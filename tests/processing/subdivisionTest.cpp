@@ -1,4 +1,4 @@
-// Loop subdivision: processing/subdivision.cpp and edgeAdjacency.cpp.
+// Loop subdivision: processing/subdivision.cpp and subdivisionRound.cpp.
 #include "processing/subdivision.h"
 
 #include "groups/objHierarchy.h"
@@ -6,29 +6,23 @@
 #include "processing/edgeAdjacency.h"
 #include "processing/loopScheme.h"
 #include "processing/subdivisionLimits.h"
-#include "support/countedMemory.h"
 #include "support/describe.h"
+#include "support/generatedMeshes.h"
 #include "support/importText.h"
 #include "support/messageRecorder.h"
-#include "support/modelChecker.h"
+#include "support/modelComparison.h"
 #include "support/modelView.h"
 #include "support/printedModel.h"
-#include "support/randomSource.h"
-#include "support/slowSubdivision.h"
-#include "support/temporaryDirectory.h"
-#include "support/testMeshes.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <map>
-#include <new>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -39,101 +33,6 @@ namespace obj_adapter::test {
 namespace {
 
 constexpr int ONE_ROUND = 1;
-
-void copyTables(const ObjModel& from, ObjModel& to) {
-    to.groups = from.groups;
-    to.faces = from.faces;
-    to.vertices = from.vertices;
-    to.texturePoints = from.texturePoints;
-    to.normalPoints = from.normalPoints;
-    to.hasConflictingFaces = from.hasConflictingFaces;
-}
-
-// Everything of a model that a round may change.
-std::string printState(ObjModel& model) {
-    return printModel(viewOfModel(model)) + (model.hasConflictingFaces ? "conflict " : "") +
-           (model.hierarchyValid ? "hierarchy valid" : "");
-}
-
-std::string findViolationsAfter(ObjModel& model) {
-    std::vector<Material> materials(3);
-    ModelView view = viewOfModel(model);
-    view.materials = materials;
-    return findViolations(view, ModelState::SUBDIVIDED);
-}
-
-// Empty when equal; the first line that differs, which a whole mesh would hide.
-std::string firstDifference(const std::string& expected, const std::string& actual) {
-    if (expected == actual)
-        return "";
-    std::size_t at = 0;
-    while (at < expected.size() && at < actual.size() && expected[at] == actual[at])
-        ++at;
-    const auto lineAround = [at](const std::string& text) {
-        if (at >= text.size())
-            return std::string("(end)");
-        const std::size_t before = at == 0 ? std::string::npos : text.rfind('\n', at - 1);
-        const std::size_t begin = before == std::string::npos ? 0 : before + 1;
-        return text.substr(begin, text.find('\n', at) - begin);
-    };
-    return "expected " + lineAround(expected) + "\ngot      " + lineAround(actual);
-}
-
-bool sameBits(double a, double b) {
-    return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b) ||
-           (std::isnan(a) && std::isnan(b));
-}
-
-bool sameVertex(const Vertex& a, const Vertex& b) {
-    return sameBits(a.x, b.x) && sameBits(a.y, b.y) && sameBits(a.z, b.z) && sameBits(a.w, b.w) &&
-           a.index == b.index;
-}
-
-bool sameTexturePoint(const TexturePoint& a, const TexturePoint& b) {
-    return sameBits(a.u, b.u) && sameBits(a.v, b.v) && sameBits(a.w, b.w) && a.index == b.index;
-}
-
-bool sameFace(const Face& a, const Face& b) {
-    for (int corner = 0; corner < CORNERS_PER_FACE; ++corner) {
-        const FaceElement& ofA = a.elements[corner];
-        const FaceElement& ofB = b.elements[corner];
-        if (ofA.vertexIndex != ofB.vertexIndex || ofA.textureIndex != ofB.textureIndex ||
-            ofA.normalIndex != ofB.normalIndex)
-            return false;
-    }
-    return a.materialIndex == b.materialIndex && a.groupIndex == b.groupIndex;
-}
-
-// The same answer as comparing what printState gives, at once for large meshes.
-bool sameState(const ObjModel& a, const ObjModel& b) {
-    const auto same = [](const auto& ofA, const auto& ofB, auto compare) {
-        return std::equal(ofA.begin(), ofA.end(), ofB.begin(), ofB.end(), compare);
-    };
-    return same(a.vertices, b.vertices, sameVertex) &&
-           same(a.texturePoints, b.texturePoints, sameTexturePoint) &&
-           same(a.normalPoints, b.normalPoints,
-                [](const NormalPoint& ofA, const NormalPoint& ofB) {
-                    return sameBits(ofA.x, ofB.x) && sameBits(ofA.y, ofB.y) &&
-                           sameBits(ofA.z, ofB.z) && ofA.index == ofB.index;
-                }) &&
-           same(a.faces, b.faces, sameFace) &&
-           same(a.groups, b.groups,
-                [](const Group& ofA, const Group& ofB) {
-                    return ofA.name == ofB.name && ofA.names == ofB.names &&
-                           ofA.faceIndices == ofB.faceIndices;
-                }) &&
-           a.hasConflictingFaces == b.hasConflictingFaces && a.hierarchyValid == b.hierarchyValid;
-}
-
-// Runs the rounds in the library and in the slow twin.
-void expectSameAsTwin(ObjModel& model, int rounds) {
-    ObjModel twin;
-    copyTables(model, twin);
-    subdivide(LIMIT_ITERATIONS, rounds, model);
-    for (int round = 0; round < rounds; ++round)
-        subdivideOnceSlowly(twin);
-    EXPECT_TRUE(sameState(twin, model)) << firstDifference(printState(twin), printState(model));
-}
 
 // How often each edge occurs in the faces.
 std::map<std::pair<int, int>, int> countEdges(const ObjModel& model) {
@@ -247,14 +146,6 @@ TEST(Subdivision, noFaceHasNormalsAfterwards) {
     EXPECT_EQ(describeNormalPoints(viewOfModel(model)), "(0 0 1) (1 0 1) (2 0 1)");
     for (const Face& face : model.faces)
         EXPECT_FALSE(face.hasNormals());
-}
-
-int addTexturePoint(ObjModel& model, double u, double v, double w = 0) {
-    TexturePoint point;
-    point.u = u;
-    point.v = v;
-    point.w = w;
-    return model.addTexturePoint(point);
 }
 
 TEST(Subdivision, texturedFacesGetMidpointsEachItsOwn) {
@@ -541,236 +432,6 @@ TEST(Subdivision, aNewModelIsRefused) {
     EXPECT_EQ(recorder.getMessages().size(), 1U);
 }
 
-// --- against the twin -------------------------------------------------------
-
-TEST(SubdivisionTwin, theComparisonSeesEveryField) {
-    const std::vector<void (*)(ObjModel&)> changes = {
-        [](ObjModel& model) { model.vertices[1].y = -0.0; },
-        [](ObjModel& model) { model.vertices[1].w = 2; },
-        [](ObjModel& model) { model.vertices[2].index = 0; },
-        [](ObjModel& model) { model.vertices.pop_back(); },
-        [](ObjModel& model) { model.faces[0].elements[2].textureIndex = 0; },
-        [](ObjModel& model) { model.faces[0].elements[1].normalIndex = 0; },
-        [](ObjModel& model) { model.faces[0].materialIndex = 0; },
-        [](ObjModel& model) { model.faces[0].groupIndex = 1; },
-        [](ObjModel& model) { model.texturePoints[0].w = 1; },
-        [](ObjModel& model) { model.groups[0].faceIndices.clear(); },
-        [](ObjModel& model) { model.hierarchyValid = true; },
-    };
-    for (const auto change : changes) {
-        ObjModel model;
-        fillModel(oneTriangle(), model);
-        addTexturePoint(model, 0, 0);
-        ObjModel other;
-        copyTables(model, other);
-        EXPECT_TRUE(sameState(model, other));
-        change(other);
-        EXPECT_FALSE(sameState(model, other));
-    }
-}
-
-void decorateFaces(ObjModel& model, RandomSource& random) {
-    const int groupCount = random.between(1, 4);
-    model.groups.clear();
-    for (int group = 0; group < groupCount; ++group)
-        model.groups.emplace_back().name = "g" + std::to_string(group);
-    const int textureCount = random.below(6);
-    for (int point = 0; point < textureCount; ++point)
-        addTexturePoint(model, random.fraction(), random.fraction(), random.below(2));
-    NormalPoint normal;
-    normal.x = normal.y = normal.z = 1;
-    model.addNormalPoint(normal);
-    for (std::size_t face = 0; face < model.faces.size(); ++face) {
-        Face& record = model.faces[face];
-        record.groupIndex = random.below(groupCount);
-        record.materialIndex = random.between(NO_INDEX, 2);
-        model.groups[static_cast<std::size_t>(record.groupIndex)].faceIndices.push_back(
-            static_cast<int>(face));
-        const bool isPartly = random.oneIn(4);
-        for (FaceElement& corner : record.elements) {
-            if (textureCount > 0 && !(isPartly && random.oneIn(2)))
-                corner.textureIndex = random.below(textureCount);
-            if (random.oneIn(3))
-                corner.normalIndex = 0;
-        }
-        if (random.oneIn(2))
-            record.refreshSortedKey();
-    }
-}
-
-// Any triangles over few points: edges of many faces, bow ties, loose points.
-Mesh randomTriangles(RandomSource& random) {
-    Mesh mesh;
-    const int pointCount = random.between(3, 14);
-    for (int point = 0; point < pointCount; ++point)
-        mesh.addPoint(random.fraction(), random.between(-3, 3), random.fraction() - 0.5);
-    const int triangleCount = random.between(1, 40);
-    for (int triangle = 0; triangle < triangleCount; ++triangle) {
-        const int a = random.below(pointCount);
-        const int b = (a + random.between(1, pointCount - 1)) % pointCount;
-        const int c = random.below(pointCount);
-        if (c != a && c != b)
-            mesh.triangles.push_back({a, b, c});
-    }
-    return mesh;
-}
-
-// The same with some triangles taken away at random.
-Mesh withHoles(Mesh mesh, RandomSource& random) {
-    std::vector<std::array<int, 3>> left;
-    for (const auto& triangle : mesh.triangles) {
-        if (!random.oneIn(5))
-            left.push_back(triangle);
-    }
-    mesh.triangles = left;
-    return mesh;
-}
-
-// Two fans that touch in point 0 only.
-Mesh bowTie(int triangles) {
-    Mesh mesh = fan(triangles, false);
-    const int offset = static_cast<int>(mesh.points.size()) - 1;
-    const Mesh other = fan(triangles, true);
-    for (std::size_t point = 1; point < other.points.size(); ++point)
-        mesh.addPoint(other.points[point][0], other.points[point][1], 2);
-    for (const auto& [a, b, c] : other.triangles)
-        mesh.triangles.push_back({a, b + offset, c + offset});
-    return mesh;
-}
-
-Mesh randomMesh(RandomSource& random) {
-    switch (random.below(9)) {
-        case 0:
-            return roughGrid(random.between(1, 6), random.between(1, 6), random);
-        case 1:
-            return roughTorus(random.between(3, 7), random.between(3, 7), random);
-        case 2:
-            return withHoles(roughTorus(6, 5, random), random);
-        case 3:
-            return withHoles(roughGrid(6, 6, random), random);
-        case 4:
-            return fan(random.between(3, 80), random.oneIn(2));
-        case 5:
-            return bowTie(random.between(3, 6));
-        case 6:
-            return icosahedron();
-        default:
-            return randomTriangles(random);
-    }
-}
-
-TEST(SubdivisionTwin, generatedMeshesComeOutBitForBit) {
-    constexpr int MESHES = 3000;
-    for (int seed = 0; seed < MESHES; ++seed) {
-        SCOPED_TRACE("seed " + std::to_string(seed));
-        RandomSource random(static_cast<std::uint64_t>(seed));
-        Mesh mesh = randomMesh(random);
-        if (random.oneIn(2))
-            mesh = shuffled(mesh, random);
-        ObjModel model;
-        fillModel(mesh, model);
-        decorateFaces(model, random);
-        const int rounds = random.oneIn(8) ? 3 : random.between(1, 2);
-        expectSameAsTwin(model, rounds);
-        if (seed % 10 == 0) {
-            EXPECT_EQ(findViolationsAfter(model), "");
-        }
-        if (HasFailure())
-            return;
-    }
-}
-
-TEST(SubdivisionTwin, coordinatesThatAreNoNumbersComeOutTheSame) {
-    const double oddities[] = {
-        std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(),
-        -std::numeric_limits<double>::infinity(), -0.0,
-        std::numeric_limits<double>::max(),       std::numeric_limits<double>::denorm_min()};
-    for (int seed = 0; seed < 200; ++seed) {
-        SCOPED_TRACE("seed " + std::to_string(seed));
-        RandomSource random(static_cast<std::uint64_t>(seed));
-        Mesh mesh = randomMesh(random);
-        for (auto& point : mesh.points)
-            point[static_cast<std::size_t>(random.below(3))] =
-                oddities[static_cast<std::size_t>(random.below(6))];
-        ObjModel model;
-        fillModel(mesh, model);
-        expectSameAsTwin(model, 1);
-    }
-}
-
-TEST(SubdivisionTwin, facesThatRepeatAVertexAreSafe) {
-    // Compaction removes them; nothing here may depend on that.
-    for (int seed = 0; seed < 300; ++seed) {
-        SCOPED_TRACE("seed " + std::to_string(seed));
-        RandomSource random(static_cast<std::uint64_t>(seed));
-        Mesh mesh = randomTriangles(random);
-        const int pointCount = static_cast<int>(mesh.points.size());
-        for (int i = 0; i < 5; ++i) {
-            std::array<int, 3> triangle = {};
-            for (int& corner : triangle)
-                corner = random.below(random.oneIn(4) ? 1 : pointCount);
-            triangle[static_cast<std::size_t>(random.below(3))] = triangle[0];
-            triangle[static_cast<std::size_t>(random.below(3))] = triangle[1];
-            mesh.triangles.push_back(triangle);
-        }
-        shuffle(mesh.triangles, random);
-        ObjModel model;
-        fillModel(mesh, model);
-        expectSameAsTwin(model, 2);
-    }
-}
-
-TEST(SubdivisionTwin, aFanOfFiftyThousandFacesInAnyOrder) {
-    constexpr int TRIANGLES = 50000;
-    RandomSource random(1);
-    for (const bool isShuffled : {false, true}) {
-        SCOPED_TRACE(isShuffled);
-        Mesh mesh = fan(TRIANGLES, true);
-        if (isShuffled)
-            shuffle(mesh.triangles, random);
-        ObjModel model;
-        fillModel(mesh, model);
-        expectSameAsTwin(model, 1);
-        EXPECT_EQ(model.getNumberOfFaces(), 4 * TRIANGLES);
-        EXPECT_EQ(model.getNumberOfVertices(), 3 * TRIANGLES + 1);
-    }
-}
-
-TEST(SubdivisionTwin, manyHubsAtOnce) {
-    // Each of 40 points is joined to each of 400 others, in no order.
-    constexpr int HUBS = 40;
-    constexpr int OTHERS = 400;
-    RandomSource random(2);
-    Mesh mesh;
-    for (int point = 0; point < HUBS + OTHERS; ++point)
-        mesh.addPoint(random.fraction(), random.fraction(), random.fraction());
-    for (int hub = 0; hub < HUBS; ++hub) {
-        for (int other = 0; other < OTHERS; ++other)
-            mesh.triangles.push_back({hub, HUBS + other, HUBS + (other * 7 + 1) % OTHERS});
-    }
-    mesh.triangles.erase(
-        std::remove_if(mesh.triangles.begin(), mesh.triangles.end(),
-                       [](const auto& corners) { return corners[1] == corners[2]; }),
-        mesh.triangles.end());
-    shuffle(mesh.triangles, random);
-    ObjModel model;
-    fillModel(mesh, model);
-    expectSameAsTwin(model, 1);
-}
-
-TEST(Subdivision, aHubOfFourHundredThousandFacesTakesNoMinutes) {
-    // Searching the hub's edges one after the other would take 10^11 steps.
-    constexpr int TRIANGLES = 400000;
-    RandomSource random(3);
-    Mesh mesh = fan(TRIANGLES, true);
-    shuffle(mesh.triangles, random);
-    ObjModel model;
-    fillModel(mesh, model);
-    subdivide(LIMIT_ITERATIONS, ONE_ROUND, model);
-    EXPECT_EQ(model.getNumberOfFaces(), 4 * TRIANGLES);
-    EXPECT_EQ(model.getNumberOfVertices(), 3 * TRIANGLES + 1);
-}
-
 // --- properties -------------------------------------------------------------
 
 TEST(Subdivision, closedMeshesStayClosedAndGrowAsTheyShould) {
@@ -810,184 +471,7 @@ TEST(Subdivision, boundariesStayBoundaries) {
     EXPECT_EQ(countBoundary(), 72);
 }
 
-// --- exhausted memory and throwing hosts ------------------------------------
-
-// Lets the first, second, ... allocation of a call fail until it succeeds. After
-// each failure the model must be as before.
-void expectAllOrNothing(ObjModel& model, int leastAllocations) {
-    ObjModel twin;
-    copyTables(model, twin);
-    subdivideOnceSlowly(twin);
-    model.hierarchyValid = true;
-    const std::string before = printState(model);
-    int allocations = 0;
-    for (bool isDone = false; !isDone; ++allocations) {
-        bool hasFailed = false;
-        failAllocationAfter(allocations);
-        try {
-            subdivide(LIMIT_ITERATIONS, ONE_ROUND, model);
-        } catch (const std::bad_alloc&) {
-            hasFailed = true;
-        }
-        isDone = !stopFailingAllocations();
-        // Giving memory back may fail too, in silence.
-        ASSERT_EQ(hasFailed, !isDone) << allocations;
-        if (hasFailed) {
-            ASSERT_EQ(firstDifference(before, printState(model)), "") << allocations;
-        }
-    }
-    EXPECT_GT(allocations, leastAllocations);
-    EXPECT_EQ(firstDifference(printState(twin), printState(model)), "");
-}
-
-TEST(SubdivisionMemory, aRoundIsDoneWholeOrNotAtAll) {
-    RandomSource random(5);
-    ObjModel model;
-    fillModel(roughGrid(5, 5, random), model);
-    decorateFaces(model, random);
-    addTexturePoint(model, 1, 2);
-    for (FaceElement& corner : model.faces[0].elements)
-        corner.textureIndex = 0;
-    expectAllOrNothing(model, 14);
-}
-
-TEST(SubdivisionMemory, aRoundWithAHubIsDoneWholeOrNotAtAll) {
-    RandomSource random(6);
-    Mesh mesh = fan(200, true);
-    shuffle(mesh.triangles, random);
-    ObjModel model;
-    fillModel(mesh, model);
-    expectAllOrNothing(model, 18);
-}
-
-TEST(SubdivisionMemory, aFailingSecondRoundLeavesTheFirst) {
-    RandomSource random(7);
-    const Mesh mesh = roughGrid(3, 3, random);
-    ObjModel oneRound;
-    fillModel(mesh, oneRound);
-    subdivide(LIMIT_ITERATIONS, 1, oneRound);
-
-    ObjModel before;
-    fillModel(mesh, before);
-    bool hasMetFirstRound = false;
-    for (int allocations = 0;; ++allocations) {
-        ObjModel model;
-        copyTables(before, model);
-        failAllocationAfter(allocations);
-        try {
-            subdivide(LIMIT_ITERATIONS, 2, model);
-        } catch (const std::bad_alloc&) {
-        }
-        if (!stopFailingAllocations())
-            break;
-        const std::string state = printState(model);
-        const bool isFirstRound = state == printState(oneRound);
-        ASSERT_TRUE(isFirstRound || state == printState(before)) << allocations;
-        ASSERT_TRUE(isFirstRound || !hasMetFirstRound) << allocations;
-        hasMetFirstRound = isFirstRound;
-    }
-    EXPECT_TRUE(hasMetFirstRound);
-}
-
-TEST(SubdivisionMemory, aRoundNeedsAtMostNinetySixBytesForEachNewFace) {
-    // All that is in use at the worst moment, the old and the new model included.
-    constexpr std::size_t MOST_BYTES_PER_FACE = 96;
-    RandomSource random(8);
-    for (const Mesh& mesh : {roughGrid(150, 150, random), roughTorus(150, 150, random)}) {
-        const std::size_t bytesBefore = getBytesInUse();
-        ObjModel model;
-        fillModel(mesh, model);
-        for (int round = 0; round < 2; ++round) {
-            model.faces.shrink_to_fit();
-            model.vertices.shrink_to_fit();
-            model.groups[0].faceIndices.shrink_to_fit();
-            watchBytesInUse();
-            subdivide(LIMIT_ITERATIONS, ONE_ROUND, model);
-            EXPECT_LE(getMostBytesInUse() - bytesBefore, MOST_BYTES_PER_FACE * model.faces.size());
-        }
-    }
-}
-
-TEST(SubdivisionMemory, aHostThatThrowsStopsBeforeTheRound) {
-    ObjModel model;
-    fillModel(tetrahedron(), model);
-    const std::string before = printState(model);
-    ObjConverter::getInstance()->setMsgCallback(
-        [](int, const char*) { throw std::runtime_error("enough"); });
-    EXPECT_THROW(subdivide(LIMIT_ITERATIONS, ONE_ROUND, model), std::runtime_error);
-    ObjConverter::getInstance()->setMsgCallback(nullptr);
-    EXPECT_EQ(printState(model), before);
-}
-
 // --- as a host sees it ------------------------------------------------------
-
-// A host that lets one allocation fail from the announcement of a certain round to
-// the message after it.
-class GreedyHost {
-public:
-    GreedyHost(const char* announcement, int allocationsLeft) {
-        announcedRound = announcement;
-        allocations = allocationsLeft;
-        hasRunOut = false;
-        ObjConverter::getInstance()->setMsgCallback(&GreedyHost::receive);
-    }
-    ~GreedyHost() { ObjConverter::getInstance()->setMsgCallback(nullptr); }
-    GreedyHost(const GreedyHost&) = delete;
-    GreedyHost& operator=(const GreedyHost&) = delete;
-
-    const std::string& getLastMessage() const { return lastMessage; }
-    bool hasFailed() const { return hasRunOut; }
-
-private:
-    static void receive(int level, const char* text) {
-        if (isFailing)
-            hasRunOut = stopFailingAllocations();
-        lastMessage = std::to_string(level) + "|" + text;
-        isFailing = lastMessage == announcedRound;
-        if (isFailing)
-            failAllocationAfter(allocations);
-    }
-
-    static inline std::string announcedRound;
-    static inline std::string lastMessage;
-    static inline int allocations = 0;
-    static inline bool isFailing = false;
-    static inline bool hasRunOut = false;
-};
-
-TEST(SubdivisionMemory, anImportThatRunsOutOfItStopsWithTheModelBeforeTheRound) {
-    const TemporaryDirectory directory;
-    const std::string file =
-        directory.write("a.obj",
-                        "v 0 0 0\nv 4 0 0\nv 0 4 0\nv 4 4 1\nvt 0 0\nvt 1 0\nvt 0 1\nvn 0 0 1\n"
-                        "g first\nf 1/1/1 2/2/1 3/3/1\ng second third\nf 2/2 4/1 3/3\n");
-    const auto importRounds = [&](int rounds) {
-        ObjConverter* converter = ObjConverter::getInstance();
-        converter->setSubdivisionRounds("ITERATIONS", rounds);
-        return converter->importObjDataFromFile(file.c_str());
-    };
-    ObjConverter::clearInstance();
-    ASSERT_EQ(importRounds(1), ObjConverter::CONVERTER_OK);
-    const std::string afterFirstRound = printModel(viewOf(*ObjConverter::getInstance()));
-
-    int allocations = 0;
-    for (bool isDone = false; !isDone; ++allocations) {
-        SCOPED_TRACE(allocations);
-        ObjConverter::clearInstance();
-        const GreedyHost host("3|Subdivision 2...", allocations);
-        const int code = importRounds(2);
-        isDone = !host.hasFailed();
-        ASSERT_EQ(code, isDone ? ObjConverter::CONVERTER_OK : ObjConverter::CONVERTER_ERROR);
-        if (isDone)
-            break;
-        EXPECT_EQ(host.getLastMessage(), "1|Stopping conversion... bad allocation");
-        const ModelView view = viewOf(*ObjConverter::getInstance());
-        ASSERT_EQ(firstDifference(afterFirstRound, printModel(view)), "");
-        EXPECT_EQ(findViolations(view, ModelState::SUBDIVIDED), "");
-    }
-    EXPECT_GT(allocations, 10);
-    ObjConverter::clearInstance();
-}
 
 TEST(Subdivision, anImportedTriangleIsCompactedAndSubdivided) {
     ImportOptions options;
