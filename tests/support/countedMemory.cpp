@@ -134,16 +134,16 @@ AllocationBudget::~AllocationBudget() {
     allocationsLeft = -1;
 }
 
+bool AllocationBudget::isExceeded() const noexcept {
+    return isBudgetExceeded;
+}
+
 PagesAllowed::PagesAllowed() noexcept {
     platform::refusesPages = refusePagesLikeAllocations;
 }
 
 PagesAllowed::~PagesAllowed() {
     platform::refusesPages = refuseAllPages;
-}
-
-bool AllocationBudget::isExceeded() const noexcept {
-    return isBudgetExceeded;
 }
 
 MemoryInterlude::MemoryInterlude() noexcept : interrupted(std::exchange(allocationsLeft, -1)) {}

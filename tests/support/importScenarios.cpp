@@ -179,7 +179,39 @@ std::vector<ImportScenario> makeScenarios() {
     return scenarios;
 }
 
+// A grid of squares with texture points, in stripes that are groups.
+std::string grid(int rows, int columns) {
+    std::string text;
+    for (int row = 0; row < rows; ++row) {
+        for (int column = 0; column < columns; ++column) {
+            const std::string x = std::to_string(column);
+            const std::string y = std::to_string(row);
+            text += "v " + x + " " + y + " " + std::to_string(row * column % 7) + "\nvt " + x +
+                    " " + y + "\nvn 0 0 1\n";
+        }
+    }
+    const auto corner = [&](int row, int column) {
+        const std::string index = std::to_string(row * columns + column + 1);
+        return " " + index + "/" + index + "/" + index;
+    };
+    for (int row = 1; row < rows; ++row) {
+        text += "g stripe number_" + std::to_string(row) + "\n";
+        for (int column = 1; column < columns; ++column)
+            text += "f" + corner(row - 1, column - 1) + corner(row - 1, column) +
+                    corner(row, column) + corner(row, column - 1) + "\n";
+    }
+    return text;
+}
+
 }  // namespace
+
+const std::vector<ImportScenario>& largeImportScenarios() {
+    constexpr int ROWS = 4;
+    constexpr int COLUMNS = 1500;
+    static const std::vector<ImportScenario> SCENARIOS = {
+        {"largeGrid", grid(ROWS, COLUMNS), subdividing("ITERATIONS", 1)}};
+    return SCENARIOS;
+}
 
 const std::vector<ImportScenario>& importScenarios() {
     static const std::vector<ImportScenario> SCENARIOS = makeScenarios();

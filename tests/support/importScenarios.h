@@ -21,6 +21,9 @@ struct ImportScenario {
 // file that cannot be opened.
 const std::vector<ImportScenario>& importScenarios();
 
+// One with tables so large that they have pages of their own, and one round.
+const std::vector<ImportScenario>& largeImportScenarios();
+
 // For the names of value-parameterized tests.
 inline void PrintTo(const ImportScenario& scenario, std::ostream* stream) {
     *stream << scenario.title;
