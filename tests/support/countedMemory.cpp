@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
+#include <limits>
 #include <new>
 #include <utility>
 
@@ -16,6 +17,8 @@ int allocationsLeft = -1;
 // The failures do not end with the first.
 bool failsFromThereOn = false;
 bool isBudgetExceeded = false;
+
+std::size_t largestBlock = std::numeric_limits<std::size_t>::max();
 
 std::size_t numberOfAllocations = 0;
 std::size_t bytesRequested = 0;
@@ -61,7 +64,8 @@ bool refusePagesLikeAllocations() noexcept {
 void* operator new(std::size_t size) {
     ++numberOfAllocations;
     bytesRequested += size;
-    void* block = mayAllocate() ? std::malloc(SIZE_ROOM + size) : nullptr;
+    const bool isAllowed = size <= largestBlock && mayAllocate();
+    void* block = isAllowed ? std::malloc(SIZE_ROOM + size) : nullptr;
     if (block == nullptr)
         throw std::bad_alloc();
     *static_cast<std::size_t*>(block) = size;
@@ -136,6 +140,14 @@ AllocationBudget::~AllocationBudget() {
 
 bool AllocationBudget::isExceeded() const noexcept {
     return isBudgetExceeded;
+}
+
+LargestBlock::LargestBlock(std::size_t bytes) noexcept {
+    largestBlock = bytes;
+}
+
+LargestBlock::~LargestBlock() {
+    largestBlock = std::numeric_limits<std::size_t>::max();
 }
 
 PagesAllowed::PagesAllowed() noexcept {

@@ -28,6 +28,15 @@ public:
     bool isExceeded() const noexcept;
 };
 
+// While it lives, no block may be larger: std::bad_alloc, as where memory runs out.
+class LargestBlock {
+public:
+    explicit LargestBlock(std::size_t bytes) noexcept;
+    ~LargestBlock();
+    LargestBlock(const LargestBlock&) = delete;
+    LargestBlock& operator=(const LargestBlock&) = delete;
+};
+
 // While it lives all allocations succeed and none counts: for a test's own code
 // in the middle of the tested call, in a callback.
 class MemoryInterlude {
