@@ -84,6 +84,19 @@ if(UNIX AND NOT APPLE)
         NM=${CMAKE_NM})
 endif()
 
+# Once is enough, as the interface is the same in every build of this system.
+if(UNIX AND NOT APPLE AND CMAKE_BUILD_TYPE STREQUAL "Release")
+    find_program(ABIDW abidw)
+    find_program(ABIDIFF abidiff)
+    if(ABIDW AND ABIDIFF)
+        include(exportedInterface/interfaceDumpTest.cmake)
+    elseif(OBJ_ADAPTER_REQUIRE_PEERS)
+        message(FATAL_ERROR "the test interfaceDump needs abidw and abidiff (abigail-tools)")
+    else()
+        message(STATUS "the test interfaceDump left out: needs abidw and abidiff")
+    endif()
+endif()
+
 add_test_program(exportedInterfaceTests host_test_support
     exportedInterface/borderTest.cpp
     exportedInterface/exportedInterfaceTest.cpp
