@@ -2,6 +2,7 @@
 #include "commandLine.h"
 
 #include "checkVerb.h"
+#include "convertVerb.h"
 #include "exitCodes.h"
 #include "infoVerb.h"
 #include "programVersion.h"
@@ -25,6 +26,7 @@ constexpr const char* FOOTER =
     "  obj_adapter info house.obj\n"
     "  obj_adapter tree house.obj\n"
     "  obj_adapter check *.obj --json\n"
+    "  obj_adapter convert house.obj house.glb\n"
     "\n"
     "obj_adapter VERB --help tells the options of a verb.\n"
     "Data goes to the standard output, messages to the error output.\n"
@@ -41,6 +43,7 @@ CommandLine::CommandLine() : app(std::make_unique<CLI::App>(DESCRIPTION, "obj_ad
     verbs.push_back(std::make_unique<InfoVerb>());
     verbs.push_back(std::make_unique<TreeVerb>());
     verbs.push_back(std::make_unique<CheckVerb>());
+    verbs.push_back(std::make_unique<ConvertVerb>());
     for (const auto& verb : verbs)
         verb->addTo(*app);
 }

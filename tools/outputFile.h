@@ -1,0 +1,34 @@
+// A file that is there as a whole or not at all.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace obj_adapter::tool {
+
+// Writes beside the file that is meant and takes its place in the end. A device
+// or a pipe is written to at once.
+class OutputFile {
+public:
+    // Throws std::runtime_error if the file cannot be opened.
+    explicit OutputFile(const std::filesystem::path& target);
+
+    // Removes what was not committed.
+    ~OutputFile();
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
+
+    void write(const std::string& bytes);
+
+    // Throws std::runtime_error if not all could be written.
+    void commit();
+
+private:
+    std::filesystem::path finalPath;
+    std::filesystem::path writtenPath;
+    std::ofstream stream;
+    bool committed = false;
+};
+
+}  // namespace obj_adapter::tool
