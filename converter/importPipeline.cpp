@@ -58,14 +58,12 @@ private:
     ConverterState& state;
 };
 
-void read(ConverterState& state) {
+template <typename ReadInput>
+void read(ReadInput readInput) {
     reportInformation("Obj Converter Import:");
     reportInformation("Reading input file...");
     beginStage(ObjConverter::STAGE_READING);
-    // Copies: the callback may change the settings meanwhile.
-    const std::string inputPath = state.settings.inputPath;
-    const std::string inputFile = state.settings.inputFile;
-    readObjFile(inputPath, inputFile, state.settings, state.model);
+    readInput();
     reportInformation("Done reading input.");
 }
 
@@ -111,19 +109,41 @@ void subdivideAsSet(ConverterState& state) {
     reportInformation("Done Subdividing.");
 }
 
-int runStages(ConverterState& state, const char* fileName) {
-    if (fileName != nullptr)
-        setInputFromPath(state.settings, fileName);
-    if (state.settings.inputFile.empty()) {
-        reportError("No input file specified.");
-        return ObjConverter::CONVERTER_ERROR;
-    }
-    read(state);
+int refuseImport() {
+    reportError("No input file specified.");
+    return ObjConverter::CONVERTER_ERROR;
+}
+
+template <typename ReadInput>
+int runStages(ConverterState& state, ReadInput readInput) {
+    read(readInput);
     reverse(state);
     compact(state);
     subdivideAsSet(state);
     reportInformation("Obj data import complete.");
     return ObjConverter::CONVERTER_OK;
+}
+
+int importFile(ConverterState& state, const char* fileName) {
+    if (fileName != nullptr)
+        setInputFromPath(state.settings, fileName);
+    if (state.settings.inputFile.empty())
+        return refuseImport();
+    return runStages(state, [&] {
+        // Copies: the callback may change the settings meanwhile.
+        const std::string inputPath = state.settings.inputPath;
+        const std::string inputFile = state.settings.inputFile;
+        readObjFile(inputPath, inputFile, state.settings, state.model);
+    });
+}
+
+int importText(ConverterState& state, const MemoryInput& input) {
+    const std::string name(textOrEmpty(input.name));
+    if (name.empty())
+        return refuseImport();
+    return runStages(state, [&] {
+        readObjText(name, input.text, input.libraries, state.settings, state.model);
+    });
 }
 
 // The last message of an import that a failure ended.
@@ -137,12 +157,11 @@ int stop(const char* reason) noexcept {
     return ObjConverter::CONVERTER_ERROR;
 }
 
-}  // namespace
-
-int runImport(ConverterState& state, const char* fileName) noexcept {
+template <typename Import>
+int runGuarded(ConverterState& state, Import import) noexcept {
     const ImportScope scope(state);
     try {
-        return runStages(state, fileName);
+        return import();
     } catch (const ImportCancelled&) {
         return stop("Cancelled by host");
     } catch (const std::exception& failure) {
@@ -150,6 +169,16 @@ int runImport(ConverterState& state, const char* fileName) noexcept {
     } catch (...) {
         return stop(nullptr);
     }
+}
+
+}  // namespace
+
+int runImport(ConverterState& state, const char* fileName) noexcept {
+    return runGuarded(state, [&] { return importFile(state, fileName); });
+}
+
+int runImport(ConverterState& state, const MemoryInput& input) noexcept {
+    return runGuarded(state, [&] { return importText(state, input); });
 }
 
 }  // namespace obj_adapter

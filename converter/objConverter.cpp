@@ -5,12 +5,18 @@
 #include "converter/converterState.h"
 #include "converter/importPipeline.h"
 #include "converter/inputPath.h"
+#include "converter/readingPosition.h"
 #include "groups/objHierarchy.h"
+#include "obj/textSource.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <exception>
+#include <limits>
 #include <memory>
 #include <new>
+#include <string>
+#include <string_view>
 #include <utility>
 
 namespace obj_adapter {
@@ -39,6 +45,18 @@ void changeOrKeep(Change change) noexcept {
     } catch (const std::exception&) {
         // Only exhausted memory comes here, and the change is all or nothing.
     }
+}
+
+// The callback may delete the converter: the import needs its state alone, and
+// frees it then.
+template <typename Input>
+int importInto(ConverterState* importState, const Input& input) noexcept {
+    if (importState->isImporting)
+        return ObjConverter::CONVERTER_ERROR;
+    const int result = runImport(*importState, input);
+    if (importState->isOrphaned)
+        delete importState;
+    return result;
 }
 
 void store(std::string& setting, const char* text) noexcept {
@@ -152,14 +170,32 @@ void ObjConverter::setProgressCallback(bool (*callback)(void* userData, int stag
 }
 
 int ObjConverter::importObjDataFromFile(const char* fileName) noexcept {
-    // The callback may delete this converter: nothing of it is used after.
-    ConverterState* const importState = state;
-    if (importState->isImporting)
-        return CONVERTER_ERROR;
-    const int result = runImport(*importState, fileName);
-    if (importState->isOrphaned)
-        delete importState;
-    return result;
+    return importInto(state, fileName);
+}
+
+int ObjConverter::importObjDataFromMemory(const char* name, const char* text, std::size_t size,
+                                          bool (*openLibrary)(void* userData,
+                                                              const char* libraryName,
+                                                              const char** text, std::size_t* size),
+                                          void* userData) noexcept {
+    MemoryInput input;
+    input.name = name;
+    input.text = std::string_view(text, text == nullptr ? 0 : size);
+    input.libraries = {openLibrary, userData};
+    return importInto(state, input);
+}
+
+const char* ObjConverter::getCurrentFileName() const noexcept {
+    const ReadingPosition* position = ReadingPosition::getInnermost();
+    return position == nullptr ? nullptr : position->getFileName().c_str();
+}
+
+int ObjConverter::getCurrentLineNumber() const noexcept {
+    const ReadingPosition* position = ReadingPosition::getInnermost();
+    if (position == nullptr)
+        return 0;
+    constexpr std::size_t MOST = std::numeric_limits<int>::max();
+    return static_cast<int>(std::min(position->getLines().getLineNumber(), MOST));
 }
 
 int ObjConverter::getNumberOfVertices() const noexcept {

@@ -3,6 +3,7 @@
 #include "material/mtlReader.h"
 
 #include "converter/messages.h"
+#include "converter/readingPosition.h"
 #include "material/materialTable.h"
 #include "material/textureMapOptions.h"
 #include "obj/keywords.h"
@@ -264,12 +265,28 @@ void readLine(std::string_view line, MaterialTable& table) {
         statement->handler(table, tokens);
 }
 
-// Opens the file, enters the library and says where it was found.
+// Enters the library and says where it was found.
+void enterLibrary(const std::string& fileName, const std::string& libraryName,
+                  MaterialTable& table) {
+    table.addLibraryName(libraryName);
+    reportInformation("Using Mtllib file: " + fileName);
+}
+
 void openLibrary(std::optional<TextFile>& file, const std::string& fileName,
                  const std::string& libraryName, MaterialTable& table) {
     file.emplace(fileName);
-    table.addLibraryName(libraryName);
-    reportInformation("Using Mtllib file: " + fileName);
+    enterLibrary(fileName, libraryName, table);
+}
+
+void readStatements(const std::string& fileName, LogicalLineReader& lines, MaterialTable& table) {
+    const ReadingPosition position(fileName, lines);
+    try {
+        std::string_view line;
+        while (lines.next(line))
+            readLine(line, table);
+    } catch (const std::exception& failure) {
+        reportFailure("Problem with material library: ", failureText(failure));
+    }
 }
 
 }  // namespace
@@ -277,21 +294,22 @@ void openLibrary(std::optional<TextFile>& file, const std::string& fileName,
 void readMtlFile(const std::string& inputPath, const std::string& libraryName,
                  MaterialTable& table) {
     std::optional<TextFile> file;
+    std::string fileName = libraryName;
     try {
-        openLibrary(file, libraryName, libraryName, table);
+        openLibrary(file, fileName, libraryName, table);
     } catch (...) {
         // Whatever went wrong at the first place, the host's callback included,
         // the second is tried; only what goes wrong there is told.
-        openLibrary(file, inputPath + libraryName, libraryName, table);
+        fileName = inputPath + libraryName;
+        openLibrary(file, fileName, libraryName, table);
     }
+    readStatements(fileName, file->getLines(), table);
+}
 
-    try {
-        std::string_view line;
-        while (file->getLines().next(line))
-            readLine(line, table);
-    } catch (const std::exception& failure) {
-        reportFailure("Problem with material library: ", failureText(failure));
-    }
+void readMtlText(const std::string& libraryName, std::string_view text, MaterialTable& table) {
+    enterLibrary(libraryName, libraryName, table);
+    MemoryText memory(text);
+    readStatements(libraryName, memory.getLines(), table);
 }
 
 }  // namespace obj_adapter

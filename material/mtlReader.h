@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace obj_adapter {
 
@@ -15,5 +16,8 @@ class MaterialTable;
 // throws passes on where nothing above handles it.
 void readMtlFile(const std::string& inputPath, const std::string& libraryName,
                  MaterialTable& table);
+
+// The same for a text in memory, under the name that the OBJ gives it.
+void readMtlText(const std::string& libraryName, std::string_view text, MaterialTable& table);
 
 }  // namespace obj_adapter

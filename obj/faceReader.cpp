@@ -3,6 +3,7 @@
 
 #include "converter/converterState.h"
 #include "converter/messages.h"
+#include "converter/progress.h"
 #include "model/objModel.h"
 #include "obj/numberParsing.h"
 #include "obj/ordinaryNumbers.h"
@@ -204,6 +205,8 @@ void FaceReader::addPolygon(int currentMaterial) {
             face.setMaterialIndex(currentMaterial);
             model.addFaceInCurrentGroup(face);
         }
+    } catch (const ImportCancelled&) {
+        throw;
     } catch (...) {
         reportError("Could not split non-triangular face. Skipping face.");
     }

@@ -2,7 +2,10 @@
 #include "obj/objReader.h"
 
 #include "converter/converterState.h"
+#include "converter/hostCall.h"
 #include "converter/messages.h"
+#include "converter/progress.h"
+#include "converter/readingPosition.h"
 #include "groups/groupStatement.h"
 #include "groups/groupTable.h"
 #include "material/mtlReader.h"
@@ -16,6 +19,7 @@
 
 #include <cstdint>
 #include <exception>
+#include <functional>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -45,12 +49,15 @@ std::string modelNameOf(const std::string& inputFile) {
                : inputFile.substr(0, inputFile.size() - EXTENSION_LENGTH);
 }
 
+// Finds and reads a material library; throws when there is none.
+using ReadLibrary = std::function<void(const std::string& libraryName)>;
+
 // Reads one file.
 class ObjReader {
 public:
-    ObjReader(const std::string& ownInputPath, const ConverterSettings& settings,
+    ObjReader(const ReadLibrary& ownReadLibrary, const ConverterSettings& settings,
               ObjModel& ownModel) noexcept
-        : inputPath(ownInputPath),
+        : readLibrary(ownReadLibrary),
           model(ownModel),
           faceReader(ownModel, settings),
           ordinaryStatements(ownModel, faceReader) {}
@@ -101,7 +108,7 @@ private:
         {"usemtl", &ObjReader::readMaterialSelectionStatement},
     };
 
-    const std::string& inputPath;
+    const ReadLibrary& readLibrary;
     ObjModel& model;
     FaceReader faceReader;
     OrdinaryStatements ordinaryStatements;
@@ -114,7 +121,7 @@ private:
 // Each line the short way if it is ordinary, otherwise the plain way.
 void ObjReader::readStatements(LogicalLineReader& lines) {
     for (;;) {
-        lines.skipReadyLines(ordinaryStatements.read(lines.getReadyLines(), currentMaterial));
+        ordinaryStatements.read(lines, currentMaterial);
         std::string_view line;
         if (!lines.next(line))
             return;
@@ -204,7 +211,9 @@ void ObjReader::readMaterialLibraryStatement() {
     }
     const std::string libraryName = name.text();
     try {
-        readMtlFile(inputPath, libraryName, model.materialTable);
+        readLibrary(libraryName);
+    } catch (const ImportCancelled&) {
+        throw;
     } catch (...) {
         reportError("Could not find material library " + reportedName(libraryName));
     }
@@ -236,17 +245,54 @@ void ObjReader::reportMissingMaterials() const {
                     std::to_string(references) + " references.");
 }
 
-}  // namespace
-
-void readObjFile(const std::string& inputPath, const std::string& inputFile,
-                 const ConverterSettings& settings, ObjModel& model) {
-    TextFile file(inputPath + inputFile);
+void readObj(const std::string& name, LogicalLineReader& lines, const ReadLibrary& readLibrary,
+             const ConverterSettings& settings, ObjModel& model) {
     try {
-        ObjReader(inputPath, settings, model).read(inputFile, file.getLines());
+        ObjReader(readLibrary, settings, model).read(name, lines);
     } catch (const std::exception& failure) {
         reportFailure("Problem reading obj file ", failureText(failure));
         throw std::runtime_error("Unable to read obj file.");
     }
+}
+
+// Asks the host for the library.
+void readHostLibrary(const HostLibraries& libraries, const std::string& libraryName,
+                     MaterialTable& table) {
+    const char* text = nullptr;
+    std::size_t size = 0;
+    bool isThere = false;
+    if (libraries.open != nullptr) {
+        const HostCall call;
+        isThere = libraries.open(libraries.userData, libraryName.c_str(), &text, &size);
+    }
+    if (!isThere)
+        throw std::runtime_error("Unable to open file");
+    readMtlText(libraryName, std::string_view(text, text == nullptr ? 0 : size), table);
+}
+
+}  // namespace
+
+void readObjFile(const std::string& inputPath, const std::string& inputFile,
+                 const ConverterSettings& settings, ObjModel& model) {
+    const std::string fileName = inputPath + inputFile;
+    TextFile file(fileName);
+    file.getLines().setExpectedSize(file.getSize());
+    const ReadingPosition position(fileName, file.getLines());
+    const ReadLibrary readLibrary = [&](const std::string& libraryName) {
+        readMtlFile(inputPath, libraryName, model.materialTable);
+    };
+    readObj(inputFile, file.getLines(), readLibrary, settings, model);
+}
+
+void readObjText(const std::string& name, std::string_view text, const HostLibraries& libraries,
+                 const ConverterSettings& settings, ObjModel& model) {
+    MemoryText memory(text);
+    memory.getLines().setExpectedSize(text.size());
+    const ReadingPosition position(name, memory.getLines());
+    const ReadLibrary readLibrary = [&](const std::string& libraryName) {
+        readHostLibrary(libraries, libraryName, model.materialTable);
+    };
+    readObj(name, memory.getLines(), readLibrary, settings, model);
 }
 
 }  // namespace obj_adapter

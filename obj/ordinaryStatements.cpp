@@ -5,8 +5,10 @@
 #include "model/objModel.h"
 #include "obj/faceReader.h"
 #include "obj/ordinaryNumbers.h"
+#include "obj/textSource.h"
 
 #include <cstring>
+#include <string_view>
 
 namespace obj_adapter {
 
@@ -50,30 +52,33 @@ const char* readBlankAndOptionalDouble(const char* position, double& value) noex
 
 }  // namespace
 
-std::size_t OrdinaryStatements::read(std::string_view lines, int& currentMaterial) {
-    const char* position = lines.data();
-    const char* const end = position + lines.size();
+void OrdinaryStatements::read(LogicalLineReader& lines, int& currentMaterial) {
+    const std::string_view text = lines.getReadyLines();
+    const char* position = text.data();
+    const char* const end = position + text.size();
     while (position != end) {
         const char* const begin = position;
         if (position[0] == 'v' && isBlank(position[1]))
-            position = readVertices(position, end);
+            position = readVertices(lines, position, end);
         else if (position[0] == 'f' && isBlank(position[1]))
-            position = readFaces(position, end, currentMaterial);
+            position = readFaces(lines, position, end, currentMaterial);
         else if (position[0] == 'v' && position[1] == 't')
-            position = readTexturePoints(position, end);
+            position = readTexturePoints(lines, position, end);
         else if (position[0] == 'v' && position[1] == 'n')
-            position = readNormals(position, end);
-        else if (position[0] == 'u')
-            position = readMaterialSelection(position, currentMaterial);
+            position = readNormals(lines, position, end);
+        else if (position[0] == 'u' &&
+                 (position = readMaterialSelection(position, currentMaterial)) != begin)
+            lines.countReadyLine();
         if (position == begin)
             break;
     }
     faceReader.joinPendingFaces();
-    return static_cast<std::size_t>(position - lines.data());
+    lines.skipReadyLines(static_cast<std::size_t>(position - text.data()));
 }
 
 // v x y z [w]
-const char* OrdinaryStatements::readVertices(const char* position, const char* end) noexcept {
+const char* OrdinaryStatements::readVertices(LogicalLineReader& lines, const char* position,
+                                             const char* end) noexcept {
     while (position != end && position[0] == 'v' && isBlank(position[1]) &&
            hasRoomForRecord(model.vertices)) {
         Vertex vertex;
@@ -90,13 +95,15 @@ const char* OrdinaryStatements::readVertices(const char* position, const char* e
             break;
         vertex.index = model.getNumberOfVertices();
         model.vertices.push_back(vertex);
+        lines.countReadyLine();
         position = next;
     }
     return position;
 }
 
 // vt u v [w]
-const char* OrdinaryStatements::readTexturePoints(const char* position, const char* end) noexcept {
+const char* OrdinaryStatements::readTexturePoints(LogicalLineReader& lines, const char* position,
+                                                  const char* end) noexcept {
     while (position != end && position[0] == 'v' && position[1] == 't' &&
            hasRoomForRecord(model.texturePoints)) {
         TexturePoint texturePoint;
@@ -111,13 +118,15 @@ const char* OrdinaryStatements::readTexturePoints(const char* position, const ch
             break;
         texturePoint.index = model.getNumberOfTexturePoints();
         model.texturePoints.push_back(texturePoint);
+        lines.countReadyLine();
         position = next;
     }
     return position;
 }
 
 // vn x y z
-const char* OrdinaryStatements::readNormals(const char* position, const char* end) noexcept {
+const char* OrdinaryStatements::readNormals(LogicalLineReader& lines, const char* position,
+                                            const char* end) noexcept {
     while (position != end && position[0] == 'v' && position[1] == 'n' &&
            hasRoomForRecord(model.normalPoints)) {
         NormalPoint normal;
@@ -132,18 +141,22 @@ const char* OrdinaryStatements::readNormals(const char* position, const char* en
             break;
         normal.index = model.getNumberOfNormalPoints();
         model.normalPoints.push_back(normal);
+        lines.countReadyLine();
         position = next;
     }
     return position;
 }
 
 // f corner corner corner ...
-const char* OrdinaryStatements::readFaces(const char* position, const char* end,
-                                          int currentMaterial) {
+const char* OrdinaryStatements::readFaces(LogicalLineReader& lines, const char* position,
+                                          const char* end, int currentMaterial) {
     while (position != end && position[0] == 'f' && isBlank(position[1])) {
+        lines.countReadyLine();  // before a message about it
         const char* next = faceReader.readOrdinaryFace(position + 1, currentMaterial);
-        if (next == nullptr)
+        if (next == nullptr) {
+            lines.takeBackReadyLine();
             break;
+        }
         position = next;
     }
     return position;

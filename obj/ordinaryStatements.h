@@ -1,11 +1,10 @@
 // Internal: the short way of statements as nearly every file writes them.
 #pragma once
 
-#include <string_view>
-
 namespace obj_adapter {
 
 class FaceReader;
+class LogicalLineReader;
 struct ObjModel;
 
 // Reads runs of v, vt, vn, f and usemtl lines directly from a block of text: one pass
@@ -21,17 +20,21 @@ public:
     OrdinaryStatements(ObjModel& ownModel, FaceReader& ownFaceReader) noexcept
         : model(ownModel), faceReader(ownFaceReader) {}
 
-    // Reads from the beginning of the lines as far as they are ordinary; returns how
-    // many bytes that took. currentMaterial follows usemtl.
-    //
-    // lines  whole ones, as LogicalLineReader::getReadyLines() gives them
-    std::size_t read(std::string_view lines, int& currentMaterial);
+    // Takes the ready lines as far as they are ordinary. currentMaterial follows
+    // usemtl.
+    void read(LogicalLineReader& lines, int& currentMaterial);
 
 private:
-    const char* readVertices(const char* position, const char* end) noexcept;
-    const char* readTexturePoints(const char* position, const char* end) noexcept;
-    const char* readNormals(const char* position, const char* end) noexcept;
-    const char* readFaces(const char* position, const char* end, int currentMaterial);
+    // Each reads lines of its own kind, counts them, and returns where the next line
+    // begins.
+    const char* readVertices(LogicalLineReader& lines, const char* position,
+                             const char* end) noexcept;
+    const char* readTexturePoints(LogicalLineReader& lines, const char* position,
+                                  const char* end) noexcept;
+    const char* readNormals(LogicalLineReader& lines, const char* position,
+                            const char* end) noexcept;
+    const char* readFaces(LogicalLineReader& lines, const char* position, const char* end,
+                          int currentMaterial);
     const char* readMaterialSelection(const char* position, int& currentMaterial) noexcept;
 
     ObjModel& model;

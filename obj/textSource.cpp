@@ -1,6 +1,8 @@
 // Text files and their logical lines. Covered by tests/obj/textSourceTest.cpp.
 #include "obj/textSource.h"
 
+#include "converter/progress.h"
+
 #include <algorithm>
 #include <cstring>
 #include <iterator>
@@ -40,8 +42,11 @@ void openTextFile(platform::InputFile& file, const std::string& fileName) {
 }
 
 bool LogicalLineReader::next(std::string_view& line) {
-    if (!nextPhysical(line))
+    lineIsJoined = false;
+    if (!nextPhysical(line)) {
+        isAtEnd = true;
         return false;
+    }
     if (line.empty() || line.back() != '\\')
         return true;
     line.remove_suffix(1);
@@ -50,6 +55,7 @@ bool LogicalLineReader::next(std::string_view& line) {
     if (nextPhysical(continuation)) {
         checkedLineLength(joinedLine.size() + continuation.size());
         joinedLine.append(continuation);
+        lineIsJoined = true;
     }
     line = joinedLine;
     return true;
@@ -64,6 +70,7 @@ bool LogicalLineReader::nextPhysical(std::string_view& line) {
         line = std::string_view(buffer.get() + lineBegin, dataEnd - lineBegin);
         lineBegin = dataEnd;
         readyEnd = dataEnd;
+        linesTaken += line.empty() ? 0 : 1;
         return !line.empty();
     }
     const char* begin = buffer.get() + lineBegin;
@@ -71,6 +78,7 @@ bool LogicalLineReader::nextPhysical(std::string_view& line) {
     const auto length = static_cast<std::size_t>(static_cast<const char*>(lineFeed) - begin);
     line = std::string_view(begin, checkedLineLength(length));
     lineBegin += length + 1;
+    ++linesTaken;
     return true;
 }
 
@@ -93,7 +101,18 @@ bool LogicalLineReader::fill() {
                                         .base();
     if (behindLastLineFeed != fresh)
         readyEnd = static_cast<std::size_t>(behindLastLineFeed - buffer.get());
+    countBytes(length);
     return true;
+}
+
+// A file may be longer than it was, or shorter as a text than as it is stored.
+void LogicalLineReader::countBytes(std::size_t length) {
+    bytesRead += length;
+    if (expectedSize == 0)
+        countWork(length);
+    else
+        countWork(length, std::min(1.0, static_cast<double>(bytesRead) /
+                                            static_cast<double>(expectedSize)));
 }
 
 // Moves the bytes not yet handed out to the front, of a larger buffer when they
@@ -115,6 +134,13 @@ void LogicalLineReader::makeRoom() {
     lineBegin = 0;
     readyEnd = 0;
     dataEnd = kept;
+}
+
+std::size_t MemoryText::read(char* to, std::size_t room) {
+    const std::size_t length = std::min(room, rest.size());
+    std::copy_n(rest.data(), length, to);
+    rest.remove_prefix(length);
+    return length;
 }
 
 std::size_t TextFile::read(char* to, std::size_t room) {

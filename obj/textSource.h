@@ -4,6 +4,7 @@
 #include "platform/inputFile.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -55,24 +56,43 @@ public:
     // The next line, valid until the next call; false at the end of the text.
     //
     // std::runtime_error "Unable to read file" when the source fails before its
-    // end; std::length_error when the line is too long.
+    // end; std::length_error when the line is too long; ImportCancelled when the host
+    // wants to stop.
     bool next(std::string_view& line);
 
     // Lines that stand ready in the block, none joined, each with its line feed; as
     // many as there are whole, so often none. At least BYTES_BEHIND_LINES more bytes
     // may be read behind them, whatever these are. Valid until the next call of
     // next().
-    std::string_view getReadyLines() const noexcept {
+    std::string_view getReadyLines() noexcept {
+        lineIsJoined = false;
         return {buffer.get() + lineBegin, readyEnd - lineBegin};
     }
     static constexpr std::size_t BYTES_BEHIND_LINES = 16;
 
-    // Takes so many bytes of the ready lines as read: whole lines.
+    // Takes so many bytes of the ready lines as read: whole lines, which were counted
+    // one by one.
     void skipReadyLines(std::size_t length) noexcept { lineBegin += length; }
+
+    // Who reads the ready lines counts each before anything else sees it, and takes
+    // the last one back if it leaves that to next().
+    void countReadyLine() noexcept { ++linesTaken; }
+    void takeBackReadyLine() noexcept { --linesTaken; }
+
+    // How long the whole text will be: what is read of it is then told to the host as
+    // its share of the stage. 0: not known.
+    void setExpectedSize(std::uint64_t size) noexcept { expectedSize = size; }
+
+    // The line that was handed out last, or counted, from 1; of joined lines the
+    // first. 0 before the first line and behind the last.
+    std::size_t getLineNumber() const noexcept {
+        return isAtEnd ? 0 : linesTaken - (lineIsJoined ? 1 : 0);
+    }
 
 private:
     bool nextPhysical(std::string_view& line);
     bool fill();
+    void countBytes(std::size_t length);
     void makeRoom();
 
     TextSource& source;
@@ -81,8 +101,29 @@ private:
     std::size_t lineBegin = 0;  // the first byte not handed out
     std::size_t readyEnd = 0;   // behind the last line feed, or lineBegin if that is more
     std::size_t dataEnd = 0;    // behind the last byte read
+    std::uint64_t bytesRead = 0;
+    std::uint64_t expectedSize = 0;
     bool sourceHasEnded = false;
+    bool isAtEnd = false;        // and no line is left
+    std::size_t linesTaken = 0;  // as they stand in the text
+    bool lineIsJoined = false;   // the last one, of two
     std::string joinedLine;
+};
+
+// A text in memory, which outlives this, and the reader of its lines.
+class MemoryText : private TextSource {
+public:
+    explicit MemoryText(std::string_view wholeText) noexcept : rest(wholeText) {}
+    MemoryText(const MemoryText&) = delete;
+    MemoryText& operator=(const MemoryText&) = delete;
+
+    LogicalLineReader& getLines() noexcept { return lines; }
+
+private:
+    std::size_t read(char* to, std::size_t room) override;
+
+    std::string_view rest;
+    LogicalLineReader lines{*this};
 };
 
 // An open file and the reader of its lines.
@@ -94,6 +135,9 @@ public:
     TextFile& operator=(const TextFile&) = delete;
 
     LogicalLineReader& getLines() noexcept { return lines; }
+
+    // 0 where it cannot be known.
+    std::uint64_t getSize() const noexcept { return file.getSize(); }
 
 private:
     std::size_t read(char* to, std::size_t room) override;

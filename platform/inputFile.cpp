@@ -29,7 +29,7 @@ constexpr std::size_t MAX_READ = std::size_t{1} << 30U;
 #if defined(_WIN32)
 
 int openDescriptor(const std::string& fileName) {
-    return _wopen(toWide(fileName).c_str(), _O_RDONLY);
+    return _wopen(toWide(fileName).c_str(), _O_RDONLY | _O_TEXT | _O_NOINHERIT);
 }
 
 std::ptrdiff_t readDescriptor(int descriptor, char* to, std::size_t room) noexcept {
@@ -40,9 +40,10 @@ void closeDescriptor(int descriptor) noexcept {
     _close(descriptor);
 }
 
-bool isDirectoryDescriptor(int descriptor) noexcept {
-    struct _stat64i32 status;
-    return _fstat64i32(descriptor, &status) == 0 && (status.st_mode & S_IFMT) == S_IFDIR;
+using DescriptorStatus = struct _stat64;
+
+bool readStatus(int descriptor, DescriptorStatus& status) noexcept {
+    return _fstat64(descriptor, &status) == 0;
 }
 
 #else
@@ -63,9 +64,10 @@ void closeDescriptor(int descriptor) noexcept {
     ::close(descriptor);
 }
 
-bool isDirectoryDescriptor(int descriptor) noexcept {
-    struct stat status;
-    return ::fstat(descriptor, &status) == 0 && (status.st_mode & S_IFMT) == S_IFDIR;
+using DescriptorStatus = struct stat;
+
+bool readStatus(int descriptor, DescriptorStatus& status) noexcept {
+    return ::fstat(descriptor, &status) == 0;
 }
 
 #endif
@@ -87,7 +89,14 @@ void InputFile::close() noexcept {
 }
 
 bool InputFile::isDirectory() const noexcept {
-    return isDirectoryDescriptor(descriptor);
+    DescriptorStatus status;
+    return readStatus(descriptor, status) && (status.st_mode & S_IFMT) == S_IFDIR;
+}
+
+std::uint64_t InputFile::getSize() const noexcept {
+    DescriptorStatus status;
+    const bool isFile = readStatus(descriptor, status) && (status.st_mode & S_IFMT) == S_IFREG;
+    return isFile ? static_cast<std::uint64_t>(status.st_size) : 0;
 }
 
 std::ptrdiff_t InputFile::read(char* to, std::size_t room) noexcept {

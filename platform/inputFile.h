@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 namespace obj_adapter::platform {
@@ -25,6 +26,9 @@ public:
 
     // Some platforms open a directory like a file and fail at the first read.
     bool isDirectory() const noexcept;
+
+    // Bytes as they are stored; 0 for what has no size of its own, such as a pipe.
+    std::uint64_t getSize() const noexcept;
 
     // Up to room bytes, at least one unless the file is at its end. A pipe gives
     // what stands ready. Negative when reading fails.

@@ -7,6 +7,8 @@
 #include <obj_adapter/material.h>
 #include <obj_adapter/objHierarchyNode.h>
 
+#include <cstddef>
+
 namespace obj_adapter {
 
 struct ConverterState;
@@ -131,6 +133,33 @@ public:
     // Tables are not emptied first: a second import appends. After an error,
     // what was read so far stays readable.
     OBJ_ADAPTER_API int importObjDataFromFile(const char* fileName) noexcept;
+
+    // The same for an OBJ text in memory: archives, networks, browsers. The bytes are
+    // read as they are, on every platform.
+    //
+    // name         what the file would be called, "cube.obj": names the model and its
+    //              first group. Null or empty: "No input file specified."
+    // text, size   hold until the import returns
+    // openLibrary  called for each mtllib statement with the name that stands there:
+    //              stores text and size of the library, which hold until the import
+    //              returns, and returns true, or false if there is none such. Null:
+    //              no library is found.
+    // userData     handed to openLibrary as it is
+    //
+    // The input that was set for files stays set, and is not used.
+    OBJ_ADAPTER_API int importObjDataFromMemory(
+        const char* name, const char* text, std::size_t size,
+        bool (*openLibrary)(void* userData, const char* libraryName, const char** text,
+                            std::size_t* size),
+        void* userData) noexcept;
+
+    // Where the reader stands, for use inside the callbacks: the file, or library,
+    // that is being read, and the line in it, from 1; of lines joined by a backslash
+    // the first. Null and 0 when nothing is being read; behind the last line, where
+    // what was tallied is reported, the line is 0. The text holds until the callback
+    // returns.
+    OBJ_ADAPTER_API const char* getCurrentFileName() const noexcept;
+    OBJ_ADAPTER_API int getCurrentLineNumber() const noexcept;
 
     // --- The model ------------------------------------------------------------
 

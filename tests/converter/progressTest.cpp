@@ -1,5 +1,7 @@
 // What a host is told of an import's progress, and how it cancels one.
 #include "support/messageRecorder.h"
+#include "support/modelChecker.h"
+#include "support/modelView.h"
 #include "support/printedModel.h"
 #include "support/temporaryDirectory.h"
 
@@ -149,6 +151,68 @@ TEST_F(ProgressTest, aHostMayDestroyTheConverterAndCancel) {
     };
     EXPECT_EQ(import(TWO_FACES), ObjConverter::CONVERTER_ERROR);
     EXPECT_EQ(host.stages(), "1");
+    EXPECT_EQ(converter().getNumberOfVertices(), 0);
+}
+
+// A text of many lines, of about so many bytes: a strip of triangles.
+std::string longText(std::size_t bytes) {
+    std::string text;
+    int vertices = 0;
+    while (text.size() < bytes) {
+        text += "v " + std::to_string(vertices) + " 0.25 " + std::to_string(vertices % 7) + "\n";
+        if (++vertices >= 3)
+            text += "f " + std::to_string(vertices) + " " + std::to_string(vertices - 1) + " " +
+                    std::to_string(vertices - 2) + "\n";
+    }
+    return text;
+}
+
+constexpr std::size_t LONG_TEXT = 5'000'000;
+
+TEST_F(ProgressTest, tellsOfReadingAboutEveryMillionBytes) {
+    converter().setDataCompaction(false);
+    ASSERT_EQ(import(longText(LONG_TEXT)), ObjConverter::CONVERTER_OK);
+    ASSERT_EQ(host.stages(), "11111");
+    for (std::size_t call = 1; call < host.calls.size(); ++call)
+        EXPECT_NEAR(host.calls[call].fraction, 0.2 * static_cast<double>(call), 0.06);
+}
+
+TEST_F(ProgressTest, aCancelledReadingKeepsWhatWasRead) {
+    const std::string text = longText(LONG_TEXT);
+    ASSERT_EQ(import(text), ObjConverter::CONVERTER_OK);
+    const int allFaces = converter().getNumberOfFaces();
+    ObjConverter::clearInstance();
+    converter().setProgressCallback(&Host::ask, &host);
+    recorder.install();
+    recorder.clear();
+
+    host.answer = [](const Call& call) { return call.fraction < 0.5; };
+    EXPECT_EQ(import(text), ObjConverter::CONVERTER_ERROR);
+    EXPECT_EQ(recorder.getText(),
+              "3|Obj Converter Import:\n"
+              "3|Reading input file...\n"
+              "1|Stopping conversion... Cancelled by host\n");
+    EXPECT_GT(converter().getNumberOfFaces(), allFaces / 2);
+    EXPECT_LT(converter().getNumberOfFaces(), allFaces);
+    EXPECT_EQ(findViolations(viewOf(converter()), ModelState::ENDED_EARLY), "");
+}
+
+// A library that is read when the host cancels is no missing library.
+TEST_F(ProgressTest, cancellingInALibraryGivesNoOtherMessage) {
+    std::string library;
+    for (int material = 0; library.size() < 3'000'000; ++material)
+        library += "newmtl material" + std::to_string(material) + "\nKd 0.5 0.25 0.125\n";
+    const std::string path = directory.write("many.mtl", library);
+    host.answer = [calls = 0](const Call&) mutable { return ++calls < 3; };
+    EXPECT_EQ(import("mtllib many.mtl\n" + std::string(TWO_FACES)), ObjConverter::CONVERTER_ERROR);
+    EXPECT_EQ(recorder.getText(),
+              "3|Obj Converter Import:\n"
+              "3|Reading input file...\n"
+              "3|Using Mtllib file: " +
+                  path +
+                  "\n"
+                  "1|Stopping conversion... Cancelled by host\n");
+    EXPECT_GT(converter().getNumberOfMaterials(), 1000);
     EXPECT_EQ(converter().getNumberOfVertices(), 0);
 }
 

@@ -5,6 +5,7 @@
 #include "groups/groupTable.h"
 #include "model/objModel.h"
 #include "obj/faceReader.h"
+#include "obj/textSource.h"
 #include "support/describe.h"
 #include "support/importText.h"
 #include "support/printedModel.h"
@@ -54,8 +55,13 @@ protected:
 
     // How many bytes of the lines are read.
     std::size_t read(const std::string& lines) {
-        const std::string padded = lines + std::string(64, '\0');
-        return statements.read(std::string_view(padded).substr(0, lines.size()), material);
+        const std::string text = "# A line for the reader to begin with\n" + lines;
+        MemoryText memory(text);
+        std::string_view comment;
+        memory.getLines().next(comment);
+        const std::size_t ready = memory.getLines().getReadyLines().size();
+        statements.read(memory.getLines(), material);
+        return ready - memory.getLines().getReadyLines().size();
     }
 
     std::size_t countRecords() const {
