@@ -335,6 +335,35 @@ void writeDuplicates(const InputRequest& request, TextSink& obj, TextSink* /*mtl
     }
 }
 
+// Flat convex quads and pentagons by turns, with texture points.
+void writePentagons(const InputRequest& request, TextSink& obj, TextSink* /*mtl*/) {
+    constexpr int QUAD_CORNERS = 4;
+    RandomSource random(request.seed);
+    std::int64_t firstVertex = 1;
+    for (int polygon = 0; obj.getByteCount() < request.bytes; ++polygon) {
+        const int corners = QUAD_CORNERS + polygon % 2;
+        const double centreX = 1000 * random.fraction();
+        const double centreY = 1000 * random.fraction();
+        const double height = 100 * random.fraction();
+        for (int corner = 0; corner < corners; ++corner) {
+            double x = 0;
+            double y = 0;
+            pointOnCircle(static_cast<double>(corner) / corners, x, y);
+            obj << "v";
+            obj.writeFixed(centreX + x, DECIMALS);
+            obj.writeFixed(centreY + y, DECIMALS);
+            obj.writeFixed(height, DECIMALS) << "\nvt";
+            obj.writeFixed((1 + x) / 2, TEXTURE_DECIMALS);
+            obj.writeFixed((1 + y) / 2, TEXTURE_DECIMALS) << "\n";
+        }
+        obj << "f";
+        for (std::int64_t corner = firstVertex; corner < firstVertex + corners; ++corner)
+            obj << " " << corner << "/" << corner;
+        obj << "\n";
+        firstVertex += corners;
+    }
+}
+
 // --- Files that show what one kind of statement costs ------------------------
 
 constexpr int COST_MATERIALS = 20'000;
@@ -416,6 +445,10 @@ constexpr Shape COST_SHAPES[] = {
     {"usemtl200000", "200,000 usemtl over 100 materials", false, false, true, &writeManySwitches},
 };
 
+constexpr Shape OTHER_SHAPES[] = {
+    {"pentagons", "convex quads and pentagons by turns", true, true, false, &writePentagons},
+};
+
 }  // namespace
 
 std::span<const Shape> getShapes() {
@@ -427,7 +460,8 @@ std::span<const Shape> getCostShapes() {
 }
 
 const Shape* findShape(const std::string& name) {
-    for (const std::span<const Shape> shapes : {getShapes(), getCostShapes()}) {
+    for (const std::span<const Shape> shapes :
+         {getShapes(), getCostShapes(), std::span<const Shape>(OTHER_SHAPES)}) {
         const auto found = std::find_if(shapes.begin(), shapes.end(),
                                         [&](const Shape& shape) { return shape.name == name; });
         if (found != shapes.end())

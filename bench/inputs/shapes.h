@@ -34,7 +34,8 @@ std::span<const Shape> getShapes();
 // one beside them.
 std::span<const Shape> getCostShapes();
 
-// Either kind; null if there is none of that name.
+// Of either kind, or "pentagons", quads and pentagons by turns; null if there is
+// none of that name.
 const Shape* findShape(const std::string& name);
 
 }  // namespace obj_adapter::bench

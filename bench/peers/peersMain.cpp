@@ -1,6 +1,7 @@
 // The other libraries, at the same tasks.
 #include "measuring/contender.h"
 #include "peers/readers.h"
+#include "peers/subdividers.h"
 
 namespace obj_adapter::bench {
 
@@ -11,6 +12,10 @@ constexpr Command COMMANDS[] = {
     {"assimp", "FILE", &readWithAssimp},
     {"assimp-join", "FILE", &readAndJoinWithAssimp},
     {"openmesh", "FILE", &readWithOpenMesh},
+    {"subdivide-opensubdiv", "grid|fan TRIANGLES ROUNDS", &subdivideWithOpenSubdiv},
+    {"subdivide-openmesh", "grid|fan TRIANGLES ROUNDS", &subdivideWithOpenMesh},
+    {"subdivide-cgal", "grid|fan TRIANGLES ROUNDS", &subdivideWithCgal},
+    {"merge-meshoptimizer", "random|sixfold|file|equal-x COUNT", &mergeWithMeshoptimizer},
 };
 
 }  // namespace

@@ -152,22 +152,22 @@ double medianRatio(const std::vector<double>& slower, const std::vector<double>&
 
 std::map<std::string, Series> Rounds::run(const std::vector<Contender>& contenders) const {
     std::vector<Contender> able;
-    double highestPeak = 0;
+    std::vector<double> peaks;
     for (const Contender& contender : contenders) {
         try {
-            highestPeak = std::max(highestPeak, runContenderProcess(contender).peakBytes);
+            peaks.push_back(runContenderProcess(contender).peakBytes);
             able.push_back(contender);
         } catch (const std::exception& failure) {
             std::fprintf(stderr, "left out: %s: %s\n", contender.name.c_str(), failure.what());
         }
     }
-    touchMemory(std::min(2 * static_cast<std::size_t>(highestPeak), mostBytesToTouch()));
-
     std::map<std::string, Series> results;
     for (int round = 0; round < roundCount; ++round) {
         for (std::size_t place = 0; place < able.size(); ++place) {
-            const Contender& contender =
-                able[(place + static_cast<std::size_t>(round)) % able.size()];
+            const std::size_t turn = (place + static_cast<std::size_t>(round)) % able.size();
+            const Contender& contender = able[turn];
+            const auto peak = static_cast<std::size_t>(peaks[turn]);
+            touchMemory(std::min(2 * peak, mostBytesToTouch()));
             results[contender.name].add(contender.name, runContenderProcess(contender));
         }
     }

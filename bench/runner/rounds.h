@@ -56,8 +56,9 @@ public:
     explicit Rounds(int numberOfRounds) : roundCount(numberOfRounds) {}
 
     // Runs every contender once in each round, beginning with another one each
-    // time, after one round that is not counted and memory touched to twice the
-    // largest peak of that. A contender that fails in the first round is left out.
+    // time, after one round that is not counted. Before each run, twice the memory
+    // that it is going to need is touched. A contender that fails in the first round
+    // is left out, with a word on stderr.
     std::map<std::string, Series> run(const std::vector<Contender>& contenders) const;
 
 private:

@@ -23,6 +23,11 @@ struct Suite {
 constexpr Suite SUITES[] = {
     {"reading", &runReadingSuite},
     {"costs", &runCostSuite},
+    {"compaction", &runCompactionSuite},
+    {"subdivision", &runSubdivisionSuite},
+    {"triangulation", &runTriangulationSuite},
+    {"memory", &runMemorySuite},
+    {"start", &runStartSuite},
 };
 
 std::vector<std::string> suiteNames() {
@@ -37,6 +42,7 @@ int run(int argc, char** argv) {
     Session session;
     std::vector<std::string> suites = suiteNames();
     std::string markdownFile;
+    bool isStoring = false;
     app.add_option("--suites", suites, "what to measure")
         ->check(CLI::IsMember(suiteNames()))
         ->delimiter(',');
@@ -46,6 +52,8 @@ int run(int argc, char** argv) {
         ->check(CLI::Range(1, 1000));
     app.add_flag("--quick", session.isQuick, "small inputs and three rounds: does it work?");
     app.add_option("--markdown", markdownFile, "a file to write the tables into");
+    app.add_flag("--store-answers", isStoring, "write the hashes of models anew, and stop");
+    app.add_option("--answers", session.answerFile, "file of the models' hashes")->required();
     app.add_option("--inputs", session.inputs.path, "folder for generated files")->required();
     CLI11_PARSE(app, argc, argv);
 
@@ -60,6 +68,11 @@ int run(int argc, char** argv) {
     if (const char* models = std::getenv("OBJ_ADAPTER_MODELS"))
         session.inputs.modelFolder = models;
 
+    if (isStoring) {
+        storeAnswers(session);
+        return 0;
+    }
+    checkAnswers(session);
     Report report;
     for (const Suite& suite : SUITES) {
         if (std::find(suites.begin(), suites.end(), suite.name) != suites.end())

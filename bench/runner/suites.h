@@ -13,6 +13,7 @@ namespace obj_adapter::bench {
 // What all suites are told.
 struct Session {
     std::string programFolder;  // where the contenders' programs are
+    std::string answerFile;     // the stored hashes
     InputFolder inputs;
     double megabytes = 20;
     int rounds = 7;
@@ -39,7 +40,28 @@ struct Session {
 // whole imports with compaction.
 void runReadingSuite(const Session& session, Report& report);
 
+// Checks before anything is timed: stages against their slow twins, and the models
+// of small files of every shape against the hashes in expectedModels.txt, which
+// storeAnswers writes anew. Throws std::runtime_error when one differs.
+void checkAnswers(const Session& session);
+void storeAnswers(const Session& session);
+
 // Many materials, groups and switches beside a plain file of that size.
 void runCostSuite(const Session& session, Report& report);
+
+// Compaction of tables alone, beside std::sort on records and another merger.
+void runCompactionSuite(const Session& session, Report& report);
+
+// Rounds of subdivision, beside other libraries and the floor of writing tables.
+void runSubdivisionSuite(const Session& session, Report& report);
+
+// Triangulation, beside the literal method.
+void runTriangulationSuite(const Session& session, Report& report);
+
+// Loading the library, and the smallest import.
+void runStartSuite(const Session& session, Report& report);
+
+// The peak of memory of whole imports with subdivision.
+void runMemorySuite(const Session& session, Report& report);
 
 }  // namespace obj_adapter::bench
