@@ -5,6 +5,7 @@
 #include "convertVerb.h"
 #include "exitCodes.h"
 #include "infoVerb.h"
+#include "previewVerb.h"
 #include "programVersion.h"
 #include "treeVerb.h"
 #include "verb.h"
@@ -27,6 +28,7 @@ constexpr const char* FOOTER =
     "  obj_adapter tree house.obj\n"
     "  obj_adapter check *.obj --json\n"
     "  obj_adapter convert house.obj house.glb\n"
+    "  obj_adapter preview house.obj -o house.png\n"
     "\n"
     "obj_adapter VERB --help tells the options of a verb.\n"
     "Data goes to the standard output, messages to the error output.\n"
@@ -44,6 +46,7 @@ CommandLine::CommandLine() : app(std::make_unique<CLI::App>(DESCRIPTION, "obj_ad
     verbs.push_back(std::make_unique<TreeVerb>());
     verbs.push_back(std::make_unique<CheckVerb>());
     verbs.push_back(std::make_unique<ConvertVerb>());
+    verbs.push_back(std::make_unique<PreviewVerb>());
     for (const auto& verb : verbs)
         verb->addTo(*app);
 }

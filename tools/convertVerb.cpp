@@ -5,6 +5,7 @@
 #include "exitCodes.h"
 #include "glbWriter.h"
 #include "importOptions.h"
+#include "materialLook.h"
 #include "modelAccess.h"
 #include "objWriter.h"
 #include "outputFile.h"
@@ -135,6 +136,7 @@ int ConvertVerb::writeGlbFile(const ModelAccess& model, const ImportRun& importR
     OutputFile file(output);
     const GlbResult result = writeGlb(file, model, TextureFiles(settings, importRun), options);
     file.commit();
+    noteTakenForOpaque(model);
     for (const std::string& loss : result.losses)
         printWarning(loss);
     return result.faces;

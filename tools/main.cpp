@@ -4,11 +4,15 @@
 #include "importRun.h"
 
 #include <exception>
+#include <new>
 
 int main(int argc, char** argv) {
     using namespace obj_adapter::tool;
     try {
         return CommandLine().run(argc, argv);
+    } catch (const std::bad_alloc&) {
+        printError("not enough memory");
+        return EXIT_CODE_FAILURE;
     } catch (const std::exception& failure) {
         printError(failure.what());
         return EXIT_CODE_FAILURE;

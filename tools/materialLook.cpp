@@ -1,6 +1,8 @@
 // Materials as they look. Covered by tests/tools/materialLookTest.cpp.
 #include "materialLook.h"
 
+#include "importRun.h"
+
 namespace obj_adapter::tool {
 
 namespace {
@@ -60,6 +62,8 @@ MaterialLook computeLook(const Material& material) {
         }
     }
     look.alpha = clampToUnit(material.dissolve);
+    if (look.alpha == 0.0)
+        look.alpha = 1.0;
     if (material.hasSpecular())
         look.specular = linearColor(material.specular);
     if (std::isfinite(material.specularExponent) && material.specularExponent > 0.0) {
@@ -67,6 +71,15 @@ MaterialLook computeLook(const Material& material) {
         look.roughness = roughnessOf(look.exponent);
     }
     return look;
+}
+
+void noteTakenForOpaque(const ModelAccess& model) {
+    for (int index = 0; index < model.getNumberOfMaterials(); ++index) {
+        const Material& material = model.getMaterial(index);
+        if (clampToUnit(material.dissolve) == 0.0)
+            printWarning("material " + material.name +
+                         ": wholly transparent by its d or Tr; taken for opaque");
+    }
 }
 
 std::vector<MaterialLook> computeLooks(const ModelAccess& model) {

@@ -10,9 +10,13 @@ namespace obj_adapter::tool {
 
 struct MaterialLook {
     Vector3 color{0.6, 0.6, 0.6};  // 0..1, linear light
-    double alpha = 1.0;            // 0..1
-    Vector3 specular;              // 0..1
-    double exponent = 0.0;         // of the highlight; 0: none
+
+    // Above 0 to 1. What the file makes wholly transparent is opaque: nobody means
+    // it, but some exporters write "Tr 1" or "d 0" for that.
+    double alpha = 1.0;
+
+    Vector3 specular;       // 0..1
+    double exponent = 0.0;  // of the highlight; 0: none
 
     // The exponent as the roughness of a surface of today's renderers, 0..1.
     double roughness = 1.0;
@@ -27,6 +31,10 @@ struct MaterialLook {
 // its factor stands as a grey. Each channel is clamped to 0..1, and 0 where it is
 // not a number.
 MaterialLook computeLook(const Material& material);
+
+// Says which materials are taken for opaque though the file makes them wholly
+// transparent.
+void noteTakenForOpaque(const ModelAccess& model);
 
 // One for each material of the model, and that of no material at the end.
 std::vector<MaterialLook> computeLooks(const ModelAccess& model);
