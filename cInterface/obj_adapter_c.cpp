@@ -25,6 +25,8 @@ struct ObjAdapterSettings {
     bool skipsPolygonsWithoutEar = false;
     ObjAdapterMessageCallback messageCallback = nullptr;
     void* messageUserData = nullptr;
+    ObjAdapterProgressCallback progressCallback = nullptr;
+    void* progressUserData = nullptr;
 };
 
 // The tables are lent as they are, so the records are the same.
@@ -66,6 +68,22 @@ void passMessageOn(int level, const char* text) {
     runningSettings->messageCallback(runningSettings->messageUserData, level, text);
 }
 
+bool passProgressOn(void*, int stage, double fraction) {
+    return runningSettings->progressCallback(runningSettings->progressUserData, stage, fraction) !=
+           0;
+}
+
+// A host's function and what it is to be called with.
+struct LibraryHost {
+    ObjAdapterLibraryCallback openLibrary;
+    void* userData;
+};
+
+bool passLibraryOn(void* userData, const char* libraryName, const char** text, std::size_t* size) {
+    const LibraryHost& host = *static_cast<const LibraryHost*>(userData);
+    return host.openLibrary(host.userData, libraryName, text, size) != 0;
+}
+
 const char* limitTypeName(std::int32_t limitType) noexcept {
     switch (limitType) {
         case OBJ_ADAPTER_SUBDIVIDE_FACE_COUNT:
@@ -85,6 +103,8 @@ void apply(const ObjAdapterSettings& settings, ObjConverter& converter) noexcept
     converter.setHierarchyShowLastNamesOnly(settings.showsLastNamesOnly);
     converter.setSkipPolygonsWithoutEar(settings.skipsPolygonsWithoutEar);
     converter.setMsgCallback(settings.messageCallback != nullptr ? passMessageOn : nullptr);
+    converter.setProgressCallback(settings.progressCallback != nullptr ? passProgressOn : nullptr,
+                                  nullptr);
 }
 
 // The converter that holds the model, or null.
@@ -192,6 +212,26 @@ public:
     RunningImport& operator=(const RunningImport&) = delete;
 };
 
+// Runs an import into a fresh converter.
+template <typename Import>
+std::int32_t runImport(const ObjAdapterSettings* settings, Import import) noexcept {
+    if (runningSettings != nullptr)
+        return OBJ_ADAPTER_ERROR;
+    objAdapterClear();
+    ObjConverter* converter = ObjConverter::getInstance();
+    if (converter == nullptr)
+        return OBJ_ADAPTER_ERROR;
+    // A copy: the callback may change or destroy the host's.
+    const ObjAdapterSettings used = settings == nullptr ? ObjAdapterSettings() : *settings;
+    const RunningImport running(used);
+    hasModel = true;
+    apply(used, *converter);
+    const int result = import(*converter);
+    converter->setMsgCallback(nullptr);
+    converter->setProgressCallback(nullptr, nullptr);
+    return result == ObjConverter::CONVERTER_OK ? OBJ_ADAPTER_OK : OBJ_ADAPTER_ERROR;
+}
+
 }  // namespace
 
 ObjAdapterSettings* objAdapterCreateSettings(void) {
@@ -234,20 +274,36 @@ void objAdapterSetMessageCallback(ObjAdapterSettings* settings, ObjAdapterMessag
     settings->messageUserData = userData;
 }
 
+void objAdapterSetProgressCallback(ObjAdapterSettings* settings,
+                                   ObjAdapterProgressCallback callback, void* userData) {
+    settings->progressCallback = callback;
+    settings->progressUserData = userData;
+}
+
 std::int32_t objAdapterImportFile(const ObjAdapterSettings* settings, const char* fileName) {
-    if (runningSettings != nullptr)
-        return OBJ_ADAPTER_ERROR;
-    objAdapterClear();
-    ObjConverter* converter = ObjConverter::getInstance();
-    if (converter == nullptr)
-        return OBJ_ADAPTER_ERROR;
-    const ObjAdapterSettings used = settings == nullptr ? ObjAdapterSettings() : *settings;
-    const RunningImport running(used);
-    hasModel = true;
-    apply(used, *converter);
-    const int result = converter->importObjDataFromFile(fileName == nullptr ? "" : fileName);
-    converter->setMsgCallback(nullptr);
-    return result == ObjConverter::CONVERTER_OK ? OBJ_ADAPTER_OK : OBJ_ADAPTER_ERROR;
+    return runImport(settings, [&](ObjConverter& converter) {
+        return converter.importObjDataFromFile(fileName == nullptr ? "" : fileName);
+    });
+}
+
+std::int32_t objAdapterImportMemory(const ObjAdapterSettings* settings, const char* name,
+                                    const char* text, std::size_t size,
+                                    ObjAdapterLibraryCallback openLibrary, void* userData) {
+    return runImport(settings, [&](ObjConverter& converter) {
+        LibraryHost host{openLibrary, userData};
+        return converter.importObjDataFromMemory(
+            name, text, size, openLibrary != nullptr ? passLibraryOn : nullptr, &host);
+    });
+}
+
+const char* objAdapterGetCurrentFileName(void) {
+    const ObjConverter* converter = modelHolder();
+    return converter == nullptr ? nullptr : converter->getCurrentFileName();
+}
+
+std::int32_t objAdapterGetCurrentLineNumber(void) {
+    const ObjConverter* converter = modelHolder();
+    return converter == nullptr ? 0 : converter->getCurrentLineNumber();
 }
 
 void objAdapterClear(void) {

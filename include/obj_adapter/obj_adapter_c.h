@@ -192,6 +192,20 @@ OBJ_ADAPTER_C_API void objAdapterSetMessageCallback(ObjAdapterSettings* settings
                                                     ObjAdapterMessageCallback callback,
                                                     void* userData);
 
+enum {
+    OBJ_ADAPTER_STAGE_READING = 1,
+    OBJ_ADAPTER_STAGE_COMPACTION = 2,
+    OBJ_ADAPTER_STAGE_SUBDIVISION = 3, /* each round is a stage of its own */
+};
+
+/* Asked when a stage begins and about every million units of work in it, with the share of the
+ * stage that is done, from 0 to 1: 0 cancels the import. Null, the default, removes it. The tables
+ * are in the midst of a change then and to be left alone. */
+typedef int32_t (*ObjAdapterProgressCallback)(void* userData, int32_t stage, double fraction);
+OBJ_ADAPTER_C_API void objAdapterSetProgressCallback(ObjAdapterSettings* settings,
+                                                     ObjAdapterProgressCallback callback,
+                                                     void* userData);
+
 /* --- Import ----------------------------------------------------------------------------------- */
 
 enum {
@@ -206,6 +220,27 @@ enum {
  *           directory, and nothing is read. */
 OBJ_ADAPTER_C_API int32_t objAdapterImportFile(const ObjAdapterSettings* settings,
                                                const char* fileName);
+
+/* Hands over a material library that a text names: stores its text, which holds until the import
+ * returns, and returns 1; or returns 0, if there is none such. */
+typedef int32_t (*ObjAdapterLibraryCallback)(void* userData, const char* libraryName,
+                                             const char** text, size_t* size);
+
+/* The same for an OBJ text in memory.
+ *
+ * name         what the file would be called, "cube.obj"; null or empty is an error
+ * text, size   hold until the import returns; read as they are
+ * openLibrary  null: no library is found */
+OBJ_ADAPTER_C_API int32_t objAdapterImportMemory(const ObjAdapterSettings* settings,
+                                                 const char* name, const char* text, size_t size,
+                                                 ObjAdapterLibraryCallback openLibrary,
+                                                 void* userData);
+
+/* Where the reader stands, for use inside the callbacks: the file or library that is read and the
+ * line in it, from 1. Null and 0 when nothing is read, 0 behind the last line. The text holds
+ * until the callback returns. */
+OBJ_ADAPTER_C_API const char* objAdapterGetCurrentFileName(void);
+OBJ_ADAPTER_C_API int32_t objAdapterGetCurrentLineNumber(void);
 
 /* Drops the model, if there is one. */
 OBJ_ADAPTER_C_API void objAdapterClear(void);

@@ -282,6 +282,76 @@ TEST_F(CInterfaceTest, nullSettingsAreDefaults) {
     EXPECT_EQ(objAdapterImportFile(nullptr, nullptr), OBJ_ADAPTER_ERROR);
 }
 
+// A host with its one library in memory, that counts what it is asked.
+struct MemoryHost {
+    std::string library = "newmtl red\nKd 1 0 0\nKa 1\n";
+    std::string asked;
+    std::string places;
+    std::int32_t goesOn = 1;
+};
+
+std::int32_t openLibrary(void* userData, const char* libraryName, const char** text,
+                         std::size_t* size) {
+    MemoryHost& host = *static_cast<MemoryHost*>(userData);
+    host.asked += libraryName;
+    if (std::string(libraryName) != "sample.mtl")
+        return 0;
+    *text = host.library.data();
+    *size = host.library.size();
+    return 1;
+}
+
+void recordPlace(void* userData, std::int32_t level, const char*) {
+    const char* fileName = objAdapterGetCurrentFileName();
+    if (level == OBJ_ADAPTER_MESSAGE_ERROR)
+        static_cast<MemoryHost*>(userData)->places +=
+            (fileName == nullptr ? "-" : fileName) +
+            (":" + std::to_string(objAdapterGetCurrentLineNumber()) + " ");
+}
+
+std::int32_t askHost(void* userData, std::int32_t stage, double fraction) {
+    MemoryHost& host = *static_cast<MemoryHost*>(userData);
+    EXPECT_EQ(fraction, 0.0);
+    host.asked += std::to_string(stage);
+    return host.goesOn;
+}
+
+TEST_F(CInterfaceTest, importsFromMemory) {
+    MemoryHost host;
+    objAdapterSetMessageCallback(settings.get(), recordPlace, &host);
+    const std::string text = std::string(SAMPLE_OBJ) + "mtllib other.mtl\n";
+    ASSERT_EQ(objAdapterImportMemory(settings.get(), "sample.obj", text.data(), text.size(),
+                                     openLibrary, &host),
+              OBJ_ADAPTER_OK);
+    EXPECT_EQ(host.asked, "sample.mtlother.mtl");
+    EXPECT_EQ(host.places, "sample.mtl:3 sample.obj:15 ");
+    EXPECT_EQ(objAdapterGetNumberOfMaterials(), 1);
+    std::int32_t count = 0;
+    objAdapterGetFaces(&count);
+    EXPECT_EQ(count, 3);
+    EXPECT_EQ(objAdapterGetCurrentFileName(), nullptr);
+    EXPECT_EQ(objAdapterGetCurrentLineNumber(), 0);
+
+    EXPECT_EQ(objAdapterImportMemory(settings.get(), "sample.obj", text.data(), text.size(),
+                                     nullptr, nullptr),
+              OBJ_ADAPTER_OK);
+    EXPECT_EQ(objAdapterGetNumberOfMaterials(), 0);
+    EXPECT_EQ(objAdapterImportMemory(nullptr, nullptr, text.data(), text.size(), nullptr, nullptr),
+              OBJ_ADAPTER_ERROR);
+}
+
+TEST_F(CInterfaceTest, tellsOfStagesAndCanBeCancelled) {
+    MemoryHost host;
+    objAdapterSetProgressCallback(settings.get(), askHost, &host);
+    EXPECT_EQ(import("sample.obj"), OBJ_ADAPTER_OK);
+    EXPECT_EQ(host.asked, "12");
+    host.goesOn = 0;
+    EXPECT_EQ(import("sample.obj"), OBJ_ADAPTER_ERROR);
+    EXPECT_EQ(host.asked, "121");
+    EXPECT_NE(recorder.messages.find("1|Stopping conversion... Cancelled by host\n"),
+              std::string::npos);
+}
+
 // Tries what a callback must not do.
 void meddle(void* userData, std::int32_t, const char*) {
     const std::string& fileName = *static_cast<std::string*>(userData);
