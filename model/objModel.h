@@ -24,10 +24,26 @@ using VertexTable = platform::GrowingArray<Vertex>;
 using TexturePointTable = platform::GrowingArray<TexturePoint>;
 using NormalPointTable = platform::GrowingArray<NormalPoint>;
 
-// Whether one more record asks for no memory and can be counted.
+// Whether more records ask for no memory and can be counted.
+template <typename Table>
+bool hasRoomForRecords(const Table& table, std::size_t count) noexcept {
+    const std::size_t most = table.capacity() < MAX_RECORDS ? table.capacity() : MAX_RECORDS;
+    return count <= most - table.size();
+}
 template <typename Table>
 bool hasRoomForRecord(const Table& table) noexcept {
-    return table.size() < table.capacity() && table.size() < MAX_RECORDS;
+    return hasRoomForRecords(table, 1);
+}
+
+// A record is written where it will stand, before it counts: the table must have room
+// for it. Nothing is there yet, not even a record's defaults.
+template <typename Table>
+typename Table::value_type& recordBehindTheLast(Table& table) noexcept {
+    return *table.end();
+}
+template <typename Table>
+void keepRecordBehindTheLast(Table& table) noexcept {
+    table.resizeUninitialized(table.size() + 1);
 }
 
 // The tables, all by value. The operations on groups stand in

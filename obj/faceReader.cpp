@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <exception>
+#include <iterator>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -41,25 +42,26 @@ const char* readOrdinaryIndex(const char* position, int count, std::int32_t& ind
     return position;
 }
 
-struct RecordCounts {
-    int vertices;
-    int texturePoints;
-    int normals;
-};
-
-// A corner in any of its forms; null where it is not ordinary.
-const char* readOrdinaryCorner(const char* position, const RecordCounts& counts,
+// The blank before a corner, and the corner in any of its forms; null where it is not
+// ordinary.
+const char* readBlankAndCorner(const char* position, const ObjModel& model,
                                FaceElement& corner) noexcept {
-    position = readOrdinaryIndex(position, counts.vertices, corner.vertexIndex);
+    if (!isBlank(*position))
+        return nullptr;
+    corner.textureIndex = NO_INDEX;
+    corner.normalIndex = NO_INDEX;
+    position = readOrdinaryIndex(skipBlanks(position + 1), model.getNumberOfVertices(),
+                                 corner.vertexIndex);
     if (position == nullptr || *position != '/')
         return position;
     ++position;
     if (*position != '/') {
-        position = readOrdinaryIndex(position, counts.texturePoints, corner.textureIndex);
+        position =
+            readOrdinaryIndex(position, model.getNumberOfTexturePoints(), corner.textureIndex);
         if (position == nullptr || *position != '/')
             return position;
     }
-    return readOrdinaryIndex(position + 1, counts.normals, corner.normalIndex);
+    return readOrdinaryIndex(position + 1, model.getNumberOfNormalPoints(), corner.normalIndex);
 }
 
 }  // namespace
@@ -120,45 +122,63 @@ void FaceReader::readFaceStatement(LineTokens& tokens, int currentMaterial) {
 }
 
 const char* FaceReader::readOrdinaryFace(const char* position, int currentMaterial) {
-    constexpr std::size_t MAX_CORNERS = 64;
-    const RecordCounts counts{model.getNumberOfVertices(), model.getNumberOfTexturePoints(),
-                              model.getNumberOfNormalPoints()};
-    FaceElement read[MAX_CORNERS];
-    std::size_t count = 0;
-    for (;;) {
-        const char* const token = skipBlanks(position);
-        if (*token == '\n' || *token == '\r') {
-            position = token + (*token == '\r' ? 1 : 0);
-            break;
-        }
-        if (token == position || count == MAX_CORNERS)
-            return nullptr;
-        position = readOrdinaryCorner(token, counts, read[count]);
+    if (!hasRoomForRecord(model.faces))
+        return nullptr;
+    Face& face = recordBehindTheLast(model.faces);
+    for (FaceElement& corner : face.elements) {
+        position = readBlankAndCorner(position, model, corner);
         if (position == nullptr)
             return nullptr;
-        ++count;
     }
-    if (*position != '\n' || count < CORNERS_PER_FACE)
+    if (const char* next = skipEndOfLine(position)) {
+        completeFace(face, currentMaterial);
+        keepRecordBehindTheLast(model.faces);
+        ++pendingFaces;
+        return next;
+    }
+    try {
+        corners.assign(std::begin(face.elements), std::end(face.elements));
+        return readOrdinaryPolygon(position, currentMaterial);
+    } catch (const std::exception&) {
         return nullptr;
-    if (count == CORNERS_PER_FACE) {
-        if (!hasRoomForRecord(model.faces))
-            return nullptr;
-        addPendingFace(read, currentMaterial);
-    } else {
-        joinPendingFaces();
-        corners.assign(read, read + count);
-        addPolygon(currentMaterial);
     }
-    return position + 1;
 }
 
-void FaceReader::addPendingFace(const FaceElement* triangle, int currentMaterial) {
-    Face face;
-    std::copy_n(triangle, CORNERS_PER_FACE, face.elements);
+// The corners behind the first three, which are there already. A polygon that is not
+// split is not ordinary: the plain way says why.
+const char* FaceReader::readOrdinaryPolygon(const char* position, int currentMaterial) {
+    // A larger one takes so long that the host may be told of it.
+    constexpr std::size_t MOST_CORNERS = 64;
+    const char* next = nullptr;
+    do {
+        if (corners.size() == MOST_CORNERS)
+            return nullptr;
+        position = readBlankAndCorner(position, model, corners.emplace_back());
+        if (position == nullptr)
+            return nullptr;
+        next = skipEndOfLine(position);
+    } while (next == nullptr);
+
+    triangles.clear();
+    if (!triangulator.tryTriangulate(model, corners, triangles, settings.skipPolygonsWithoutEar) ||
+        !hasRoomForRecords(model.faces, triangles.size()))
+        return nullptr;
+    for (const Face& triangle : triangles) {
+        Face& face = recordBehindTheLast(model.faces);
+        std::copy(std::begin(triangle.elements), std::end(triangle.elements), face.elements);
+        completeFace(face, currentMaterial);
+        keepRecordBehindTheLast(model.faces);
+    }
+    pendingFaces += triangles.size();
+    return next;
+}
+
+// All but the corners.
+void FaceReader::completeFace(Face& face, int currentMaterial) const noexcept {
+    std::fill(std::begin(face.sortedVertexIndices), std::end(face.sortedVertexIndices), NO_INDEX);
+    face.sortedKeyValid = false;
     face.materialIndex = currentMaterial;
     face.groupIndex = model.getNumberOfGroups() - 1;
-    model.faces.push_back(face);
-    ++pendingFaces;
 }
 
 // Without memory for the list, the faces are taken back and reported as if each had

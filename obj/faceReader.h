@@ -56,7 +56,8 @@ public:
 
 private:
     void proveIndices() noexcept;
-    void addPendingFace(const FaceElement* triangle, int currentMaterial);
+    const char* readOrdinaryPolygon(const char* position, int currentMaterial);
+    void completeFace(Face& face, int currentMaterial) const noexcept;
     void addTriangle(int currentMaterial);
     void addPolygon(int currentMaterial);
 

@@ -25,6 +25,13 @@ inline const char* skipBlanks(const char* position) noexcept {
     return position;
 }
 
+// Behind the line feed of a line that has nothing more than blanks; null if it has.
+inline const char* skipEndOfLine(const char* position) noexcept {
+    position = skipBlanks(position);
+    position += *position == '\r' ? 1 : 0;
+    return *position == '\n' ? position + 1 : nullptr;
+}
+
 // [-] digits [. digits] [e [+|-] digits], as parseDouble reads them: at most 19
 // digits after leading zeros. Moves behind the number; null where there is none
 // such, or where the value takes a closer look. The text must hold a character that

@@ -81,7 +81,8 @@ const char* OrdinaryStatements::readVertices(LogicalLineReader& lines, const cha
                                              const char* end) noexcept {
     while (position != end && position[0] == 'v' && isBlank(position[1]) &&
            hasRoomForRecord(model.vertices)) {
-        Vertex vertex;
+        Vertex& vertex = recordBehindTheLast(model.vertices);
+        vertex.w = 1.0;
         const char* next = readBlankAndDouble(position + 1, vertex.x);
         if (next != nullptr)
             next = readBlankAndDouble(next, vertex.y);
@@ -94,7 +95,7 @@ const char* OrdinaryStatements::readVertices(LogicalLineReader& lines, const cha
         if (next == nullptr)
             break;
         vertex.index = model.getNumberOfVertices();
-        model.vertices.push_back(vertex);
+        keepRecordBehindTheLast(model.vertices);
         lines.countReadyLine();
         position = next;
     }
@@ -106,7 +107,8 @@ const char* OrdinaryStatements::readTexturePoints(LogicalLineReader& lines, cons
                                                   const char* end) noexcept {
     while (position != end && position[0] == 'v' && position[1] == 't' &&
            hasRoomForRecord(model.texturePoints)) {
-        TexturePoint texturePoint;
+        TexturePoint& texturePoint = recordBehindTheLast(model.texturePoints);
+        texturePoint.w = 0.0;
         const char* next = readBlankAndDouble(position + 2, texturePoint.u);
         if (next != nullptr)
             next = readBlankAndDouble(next, texturePoint.v);
@@ -117,7 +119,7 @@ const char* OrdinaryStatements::readTexturePoints(LogicalLineReader& lines, cons
         if (next == nullptr)
             break;
         texturePoint.index = model.getNumberOfTexturePoints();
-        model.texturePoints.push_back(texturePoint);
+        keepRecordBehindTheLast(model.texturePoints);
         lines.countReadyLine();
         position = next;
     }
@@ -129,7 +131,7 @@ const char* OrdinaryStatements::readNormals(LogicalLineReader& lines, const char
                                             const char* end) noexcept {
     while (position != end && position[0] == 'v' && position[1] == 'n' &&
            hasRoomForRecord(model.normalPoints)) {
-        NormalPoint normal;
+        NormalPoint& normal = recordBehindTheLast(model.normalPoints);
         const char* next = readBlankAndDouble(position + 2, normal.x);
         if (next != nullptr)
             next = readBlankAndDouble(next, normal.y);
@@ -140,7 +142,7 @@ const char* OrdinaryStatements::readNormals(LogicalLineReader& lines, const char
         if (next == nullptr)
             break;
         normal.index = model.getNumberOfNormalPoints();
-        model.normalPoints.push_back(normal);
+        keepRecordBehindTheLast(model.normalPoints);
         lines.countReadyLine();
         position = next;
     }
@@ -151,12 +153,10 @@ const char* OrdinaryStatements::readNormals(LogicalLineReader& lines, const char
 const char* OrdinaryStatements::readFaces(LogicalLineReader& lines, const char* position,
                                           const char* end, int currentMaterial) {
     while (position != end && position[0] == 'f' && isBlank(position[1])) {
-        lines.countReadyLine();  // before a message about it
         const char* next = faceReader.readOrdinaryFace(position + 1, currentMaterial);
-        if (next == nullptr) {
-            lines.takeBackReadyLine();
+        if (next == nullptr)
             break;
-        }
+        lines.countReadyLine();
         position = next;
     }
     return position;

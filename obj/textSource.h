@@ -74,10 +74,8 @@ public:
     // one by one.
     void skipReadyLines(std::size_t length) noexcept { lineBegin += length; }
 
-    // Who reads the ready lines counts each before anything else sees it, and takes
-    // the last one back if it leaves that to next().
+    // Who reads the ready lines counts each, before anything else can ask for the number.
     void countReadyLine() noexcept { ++linesTaken; }
-    void takeBackReadyLine() noexcept { --linesTaken; }
 
     // How long the whole text will be: what is read of it is then told to the host as
     // its share of the stage. 0: not known.

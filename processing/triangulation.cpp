@@ -51,10 +51,14 @@ void fanTriangulate(const std::vector<FaceElement>& corners, std::vector<Face>& 
 
 void Triangulator::triangulate(const ObjModel& model, const std::vector<FaceElement>& corners,
                                std::vector<Face>& triangles, bool skipPolygonsWithoutEar) {
-    if (!isTriangulable(model, corners)) {
+    if (!tryTriangulate(model, corners, triangles, skipPolygonsWithoutEar))
         reportError("Polygonal face has elements that cannot be processed. It will be skipped.");
-        return;
-    }
+}
+
+bool Triangulator::tryTriangulate(const ObjModel& model, const std::vector<FaceElement>& corners,
+                                  std::vector<Face>& triangles, bool skipPolygonsWithoutEar) {
+    if (!isTriangulable(model, corners))
+        return false;
     computeCornerNormals(positions, normals);
     const std::optional<CornerClasses> classes = classifyCorners(normals);
     if (!classes) {
@@ -64,10 +68,10 @@ void Triangulator::triangulate(const ObjModel& model, const std::vector<FaceElem
 
     if (classes->reflexCorners == 0) {
         fanTriangulate(corners, triangles);
-        return;
+        return true;
     }
     if (clipEars(*classes, corners, triangles))
-        return;
+        return true;
     if (!skipPolygonsWithoutEar)
         repeatPassWithoutEnd();
     triangles.clear();

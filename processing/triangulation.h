@@ -35,6 +35,11 @@ public:
     void triangulate(const ObjModel& model, const std::vector<FaceElement>& corners,
                      std::vector<Face>& triangles, bool skipPolygonsWithoutEar);
 
+    // The same without a word to the host: false, and no triangles, for a polygon that
+    // would be reported.
+    bool tryTriangulate(const ObjModel& model, const std::vector<FaceElement>& corners,
+                        std::vector<Face>& triangles, bool skipPolygonsWithoutEar);
+
 private:
     bool isTriangulable(const ObjModel& model, const std::vector<FaceElement>& corners);
     bool clipEars(CornerClasses classes, const std::vector<FaceElement>& corners,
