@@ -5,6 +5,7 @@
 
 #include <obj_adapter/geometryRecords.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <stdexcept>
 #include <type_traits>
@@ -31,34 +32,29 @@ Material& MaterialTable::currentMaterial() {
 int MaterialTable::findMaterial(std::string_view name) {
     if (!firstPositionsAreCurrent)
         rebuildPositions();
-    const auto found = firstPositions.find(name);
-    return found == firstPositions.end() ? NO_INDEX : found->second;
+    return findPosition(name);
 }
 
 int MaterialTable::findKnownMaterial(std::string_view name) const noexcept {
-    if (!firstPositionsAreCurrent)
-        return NO_INDEX;
-    const auto found = firstPositions.find(name);
-    return found == firstPositions.end() ? NO_INDEX : found->second;
+    return firstPositionsAreCurrent ? findPosition(name) : NO_INDEX;
 }
 
-int MaterialTable::addMaterial(const Material& material) {
+int MaterialTable::findPosition(std::string_view name) const noexcept {
+    const int position = firstPositions.find(name);
+    return position == NamePositions::NONE ? NO_INDEX : position;
+}
+
+int MaterialTable::addMaterial(Material material) {
     const int position = nextRecordIndex(materials.size());
     // The last moment at which the host can have written through its pointer.
     if (isLent)
         firstPositionsAreCurrent = false;
-    if (firstPositionsAreCurrent) {
-        const auto [entry, isFirst] = firstPositions.try_emplace(material.name, position);
-        try {
-            materials.push_back(material);
-        } catch (...) {
-            if (isFirst)
-                firstPositions.erase(entry);
-            throw;
-        }
-    } else {
-        materials.push_back(material);
-    }
+    // All that wants memory comes before the first change.
+    if (materials.size() == materials.capacity())
+        materials.reserve(std::max(std::size_t{1}, 2 * materials.size()));
+    if (firstPositionsAreCurrent && findPosition(material.name) == NO_INDEX)
+        firstPositions.add(material.name, position);
+    materials.push_back(std::move(material));
     isLent = false;
     return position;
 }
@@ -95,9 +91,12 @@ void MaterialTable::endLoans() noexcept {
 }
 
 void MaterialTable::rebuildPositions() {
-    std::map<std::string, int, std::less<>> rebuilt;
-    for (std::size_t i = 0; i < materials.size(); ++i)
-        rebuilt.try_emplace(materials[i].name, static_cast<int>(i));
+    NamePositions rebuilt;
+    for (std::size_t i = 0; i < materials.size(); ++i) {
+        const std::string& name = materials[i].name;
+        if (rebuilt.find(name) == NamePositions::NONE)
+            rebuilt.add(name, static_cast<int>(i));
+    }
     firstPositions = std::move(rebuilt);
     firstPositionsAreCurrent = true;
 }

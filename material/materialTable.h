@@ -2,9 +2,10 @@
 // read them through ObjConverter::getMaterial.
 #pragma once
 
+#include "material/namePositions.h"
+
 #include <obj_adapter/material.h>
 
-#include <map>
 #include <set>
 #include <string>
 #include <string_view>
@@ -40,9 +41,9 @@ public:
     // looked at again first.
     int findKnownMaterial(std::string_view name) const noexcept;
 
-    // Appends a copy and returns its position. std::length_error when the table
-    // is full; the table is unchanged after any failure.
-    int addMaterial(const Material& material);
+    // Appends the material and returns its position. std::length_error when the
+    // table is full; the table is unchanged after any failure.
+    int addMaterial(Material material);
 
     // Appends the name unless it is there already. The table is unchanged after
     // a failure.
@@ -61,11 +62,12 @@ public:
 
 private:
     void rebuildPositions();
+    int findPosition(std::string_view name) const noexcept;
 
     std::vector<Material> materials;
 
     // Name to the first material of that name.
-    std::map<std::string, int, std::less<>> firstPositions;
+    NamePositions firstPositions;
     bool firstPositionsAreCurrent = true;
 
     // The host may hold a pointer into the table; growth makes it invalid.

@@ -120,7 +120,7 @@ void appendNewMaterial(MaterialTable& table, LineTokens& tokens) {
     if (table.findMaterial(material.name) != NO_INDEX)
         reportWarning("Material with the name \"" + material.name +
                       "\" already exists. The materials will not reliably be distinguished.");
-    table.addMaterial(material);
+    table.addMaterial(std::move(material));
 }
 
 // newmtl name; further tokens are ignored.
