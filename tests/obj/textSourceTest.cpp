@@ -342,7 +342,7 @@ TEST(LogicalLines, failingSourceGivesItsCompleteLinesFirst) {
         {"long lines", longLine + "\nb\n" + longLine, {longLine, "b"}},
     };
     for (const Row& row : ROWS) {
-        for (const std::size_t pieceSize : {1, 3, 65536, 1000000}) {
+        for (const std::size_t pieceSize : {1U, 3U, 65536U, 1000000U}) {
             SCOPED_TRACE(testing::Message() << row.title << ", " << pieceSize);
             PieceSource source(row.text, {pieceSize}, true);
             LogicalLineReader reader(source);
