@@ -216,38 +216,38 @@ private:
     // One vertex for each edge, in the order of the edges' numbers, which is that
     // of their first meeting.
     void addEdgeVertices(const Face& face, const FaceEdges& edges) noexcept {
-        for (std::size_t side = 0; side < EDGES_PER_FACE; ++side) {
-            if (edges[side] == nextEdge) {
-                addEdgeVertex(face, EDGE_CORNERS[side]);
-                ++nextEdge;
-            }
-        }
+        const std::int32_t a = face.elements[0].vertexIndex;
+        const std::int32_t b = face.elements[1].vertexIndex;
+        const std::int32_t c = face.elements[2].vertexIndex;
+        if (edges[0] == nextEdge)
+            addEdgeVertex(a, b, c);
+        if (edges[1] == nextEdge)
+            addEdgeVertex(a, c, b);
+        if (edges[2] == nextEdge)
+            addEdgeVertex(b, c, a);
     }
 
-    // Of an edge in the first face that has it.
-    void addEdgeVertex(const Face& face, const EdgeCorners& corners) noexcept {
-        const auto p = static_cast<std::size_t>(face.elements[corners.first].vertexIndex);
-        const auto q = static_cast<std::size_t>(face.elements[corners.second].vertexIndex);
-        const Position pPosition = positionOf(model.vertices[p]);
-        const Position qPosition = positionOf(model.vertices[q]);
-        const std::int32_t secondOpposite =
-            plan.adjacency.secondOpposites[static_cast<std::size_t>(nextEdge)];
+    // The vertex of edge pq in the first face that has it, where r lies across.
+    void addEdgeVertex(std::int32_t p, std::int32_t q, std::int32_t r) noexcept {
+        const Position pPosition = positionAt(p);
+        const Position qPosition = positionAt(q);
+        VertexStar& pStar = plan.stars[static_cast<std::size_t>(p)];
+        VertexStar& qStar = plan.stars[static_cast<std::size_t>(q)];
+        const auto edge = static_cast<std::size_t>(nextEdge++);
+        const std::int32_t s = plan.adjacency.secondOpposites[edge];
         Position position;
-        if (secondOpposite == NO_INDEX) {
-            plan.stars[p].addAlongBoundary(qPosition);
-            plan.stars[q].addAlongBoundary(pPosition);
+        if (s == NO_INDEX) {
+            pStar.addAlongBoundary(qPosition);
+            qStar.addAlongBoundary(pPosition);
             position = boundaryEdgePosition(pPosition, qPosition);
         } else {
-            plan.stars[p].add(qPosition);
-            plan.stars[q].add(pPosition);
-            position = interiorEdgePosition(pPosition, qPosition,
-                                            positionAt(face.elements[corners.opposite].vertexIndex),
-                                            positionAt(secondOpposite));
+            pStar.add(qPosition);
+            qStar.add(pPosition);
+            position = interiorEdgePosition(pPosition, qPosition, positionAt(r), positionAt(s));
         }
-        const std::size_t place = plan.vertexCount + static_cast<std::size_t>(nextEdge);
         Vertex vertex(position.x, position.y, position.z);
-        vertex.index = static_cast<std::int32_t>(place);
-        model.vertices[place] = vertex;
+        vertex.index = static_cast<std::int32_t>(plan.vertexCount + edge);
+        model.vertices[plan.vertexCount + edge] = vertex;
     }
 
     Position positionAt(std::int32_t vertex) const noexcept {
