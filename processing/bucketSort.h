@@ -1,4 +1,4 @@
-// Internal: sorting big tables of records where they stand. Covered by
+// Internal: sorting big tables of records. Covered by
 // tests/processing/compactionTest.cpp.
 #pragma once
 
@@ -6,104 +6,158 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <utility>
+#include <vector>
 
 namespace obj_adapter {
 
-// Sorts records by several keys of 64 bits, the first of which counts most.
+// The least and the greatest that some keys can be.
+struct KeyBounds {
+    std::uint64_t lowest = 0;
+    std::uint64_t highest = 0;
+};
+
+// Visits the records of a table in order of several keys of 64 bits, the first
+// of which counts most. The table is left with its records in any places.
 //
 // Keys    has  static constexpr int NUMBER_OF_KEYS
 //              std::uint64_t getKey<KEY>(const Record&), KEY from 0
+//              KeyBounds getBounds(), of all first keys, not necessarily tight
 //              bool precedes(const Record&, const Record&), a strict total
 //              order: of two records the preceding one has the lesser key, in
 //              the first key that differs
-// cost    near linear: a fixed number of passes for every eleven bits of the
+// cost    near linear: a fixed number of passes for every twelve bits of the
 //         keys, as far as it takes to tell the records apart
-// memory  none but the object itself, some 20 KB; the depth of calls is bounded
-//         by the number of bits in all keys together
+// memory  the constructor alone asks for any: a copy of at most MAX_COPIED
+//         records, and tickets for them; the depth of calls is bounded by the
+//         number of bits in all keys together
 //
-// A run of records is dealt out to buckets, by the leading ones of the bits in
-// which its keys differ; then each bucket is a run of its own. Small runs are
-// left to std::sort.
+// A run of records is dealt out to buckets where it stands, by the leading ones
+// of the bits in which its keys differ; then each bucket is a run of its own.
+// Of a run that the caches hold, tickets of eight bytes are sorted instead of the
+// records, and the visitor gets these from a copy: so each is moved once more and
+// not once for every neighbour that it passes.
 template <typename Record, typename Keys>
 class BucketSorter {
 public:
-    explicit BucketSorter(const Keys& recordKeys) : keys(recordKeys) {}
+    // For tables of at most maxRecords.
+    explicit BucketSorter(std::size_t maxRecords)
+        : copies(std::min(maxRecords, MAX_COPIED)),
+          tickets(copies.size()),
+          spareTickets(copies.size()) {}
 
-    // At most MAX_RECORDS records.
-    void sort(Record* records, std::size_t count) { sortRun<0>(records, count); }
+    // At most MAX_RECORDS records. After n visits, visit(const Record&) may have
+    // overwritten the first n places of the table.
+    template <typename Visit>
+    void visitInOrder(Record* records, std::size_t count, const Keys& recordKeys, Visit visit) {
+        keys = &recordKeys;
+        visitRunWithin<0>(records, count, recordKeys.getBounds(), visit);
+    }
 
 private:
-    // Up to here comparing is faster than dealing out.
-    static constexpr std::size_t SMALL_RUN = 64;
+    // Copies and tickets are to fit the second cache. A ticket has its record's
+    // place among the copies in its low bits.
+    static constexpr int PLACE_BITS = 13;
+    static constexpr std::size_t MAX_COPIED = std::size_t{1} << PLACE_BITS;
 
-    // With more buckets the nearest caches no longer hold a line of each.
-    static constexpr int MAX_BUCKET_BITS = 11;
+    // The bits above those are the leading ones of a key.
+    using Ticket = std::uint64_t;
+    static constexpr int TICKET_KEY_BITS = 64 - PLACE_BITS;
+
+    // Up to here tickets are sorted by comparing their records.
+    static constexpr std::size_t FEW_TICKETS = 16;
+
+    // With more buckets the second cache no longer holds a line of each and what
+    // leads there.
+    static constexpr int MAX_BUCKET_BITS = 12;
     static constexpr std::size_t MAX_BUCKETS = std::size_t{1} << MAX_BUCKET_BITS;
 
-    // There are about four records to a bucket.
-    static constexpr int RECORDS_PER_BUCKET_BITS = 2;
+    // What a bucket may get on average, so that nearly all can be copied.
+    static constexpr std::size_t BUCKET_SIZE = MAX_COPIED / 4 * 3;
 
     // A place in a run.
     using Place = std::uint32_t;
 
     // How the keys of a run fall into buckets: ascending as the keys do.
-    struct Deal {
-        std::uint64_t lowestKey;
-        std::uint64_t highestKey;
-        int shift;
+    class Deal {
+    public:
+        Deal(const KeyBounds& keyBounds, int bucketBits)
+            : bounds(keyBounds),
+              shift(std::max(
+                  static_cast<int>(std::bit_width(bounds.highest - bounds.lowest)) - bucketBits,
+                  0)) {}
 
-        bool hasOneKey() const { return lowestKey == highestKey; }
         bool hasOneKeyPerBucket() const { return shift == 0; }
-        std::size_t getNumberOfBuckets() const { return getBucket(highestKey) + 1; }
+        std::size_t getNumberOfBuckets() const { return getBucket(bounds.highest) + 1; }
         std::size_t getBucket(std::uint64_t key) const {
-            return static_cast<std::size_t>((key - lowestKey) >> shift);
+            return static_cast<std::size_t>((key - bounds.lowest) >> shift);
         }
+        KeyBounds getBounds(std::size_t bucket) const {
+            const std::uint64_t lowest = bounds.lowest + (std::uint64_t{bucket} << shift);
+            return {lowest, lowest + ((std::uint64_t{1} << shift) - 1)};
+        }
+
+    private:
+        KeyBounds bounds;
+        int shift;
     };
 
-    template <int KEY>
-    void sortRun(Record* records, std::size_t count) {
-        if (count <= SMALL_RUN) {
-            std::sort(records, records + count,
-                      [this](const Record& a, const Record& b) { return keys.precedes(a, b); });
+    template <int KEY, typename Visit>
+    void visitRun(Record* records, std::size_t count, Visit& visit) {
+        const KeyBounds bounds = findBounds<KEY>(
+            count, [&](std::size_t place) -> const Record& { return records[place]; });
+        visitRunWithin<KEY>(records, count, bounds, visit);
+    }
+
+    template <int KEY, typename Visit>
+    void visitRunWithin(Record* records, std::size_t count, const KeyBounds& bounds, Visit& visit) {
+        if (bounds.lowest == bounds.highest) {
+            visitRunByNextKey<KEY>(records, count, visit);
             return;
         }
-        const Deal deal = planDeal<KEY>(records, count);
-        if (deal.hasOneKey()) {
-            sortRunByNextKey<KEY>(records, count);
+        if (count <= MAX_COPIED) {
+            visitCopies<KEY>(records, count, bounds, visit);
             return;
         }
+        const int bucketBits = static_cast<int>(std::bit_width(count / BUCKET_SIZE));
+        const Deal deal(bounds, std::min(bucketBits, MAX_BUCKET_BITS));
         dealOut<KEY>(records, count, deal);
 
         for (std::size_t begin = 0, end = 0; begin < count; begin = end) {
             end = findEndOfBucket<KEY>(records, begin, count, deal);
-            if (deal.hasOneKeyPerBucket())
-                sortRunByNextKey<KEY>(records + begin, end - begin);
-            else
-                sortRun<KEY>(records + begin, end - begin);
+            Record* const bucket = records + begin;
+            if (deal.hasOneKeyPerBucket()) {
+                visitRunByNextKey<KEY>(bucket, end - begin, visit);
+            } else if (end - begin <= MAX_COPIED) {
+                const std::uint64_t key = keys->template getKey<KEY>(*bucket);
+                visitCopies<KEY>(bucket, end - begin, deal.getBounds(deal.getBucket(key)), visit);
+            } else {
+                visitRun<KEY>(bucket, end - begin, visit);
+            }
         }
     }
 
-    template <int KEY>
-    void sortRunByNextKey(Record* records, std::size_t count) {
+    template <int KEY, typename Visit>
+    void visitRunByNextKey(Record* records, std::size_t count, Visit& visit) {
         if constexpr (KEY + 1 < Keys::NUMBER_OF_KEYS)
-            sortRun<KEY + 1>(records, count);
+            visitRun<KEY + 1>(records, count, visit);
+        else
+            std::for_each_n(records, count, visit);  // a single one
     }
 
-    template <int KEY>
-    Deal planDeal(const Record* records, std::size_t count) const {
-        Deal deal = {~std::uint64_t{0}, 0, 0};
+    template <int KEY, typename RecordAt>
+    KeyBounds findBounds(std::size_t count, const RecordAt& recordAt) const {
+        KeyBounds bounds = {std::numeric_limits<std::uint64_t>::max(), 0};
         for (std::size_t place = 0; place < count; ++place) {
-            const std::uint64_t key = keys.template getKey<KEY>(records[place]);
-            deal.lowestKey = std::min(deal.lowestKey, key);
-            deal.highestKey = std::max(deal.highestKey, key);
+            const std::uint64_t key = keys->template getKey<KEY>(recordAt(place));
+            bounds.lowest = std::min(bounds.lowest, key);
+            bounds.highest = std::max(bounds.highest, key);
         }
-        const int countBits = static_cast<int>(std::bit_width(count));
-        const int bucketBits = std::min(countBits - RECORDS_PER_BUCKET_BITS, MAX_BUCKET_BITS);
-        const int keyBits = static_cast<int>(std::bit_width(deal.highestKey - deal.lowestKey));
-        deal.shift = std::max(keyBits - bucketBits, 0);
-        return deal;
+        return bounds;
     }
+
+    // --- Runs that are dealt out
 
     // Moves every record into its bucket.
     //
@@ -124,7 +178,7 @@ private:
                 const std::size_t bucket = unfinished[entry];
                 const Place end = ends[bucket];
                 for (Place place = heads[bucket]; place < end; ++place) {
-                    const std::uint64_t key = keys.template getKey<KEY>(records[place]);
+                    const std::uint64_t key = keys->template getKey<KEY>(records[place]);
                     std::swap(records[place], records[heads[deal.getBucket(key)]++]);
                 }
                 if (heads[bucket] < end)
@@ -140,7 +194,7 @@ private:
         const std::size_t numberOfBuckets = deal.getNumberOfBuckets();
         std::fill(ends, ends + numberOfBuckets, Place{0});
         for (std::size_t place = 0; place < count; ++place)
-            ++ends[deal.getBucket(keys.template getKey<KEY>(records[place]))];
+            ++ends[deal.getBucket(keys->template getKey<KEY>(records[place]))];
 
         Place begin = 0;
         for (std::size_t bucket = 0; bucket < numberOfBuckets; ++bucket) {
@@ -156,7 +210,7 @@ private:
     std::size_t findEndOfBucket(const Record* records, std::size_t begin, std::size_t count,
                                 const Deal& deal) const {
         const auto bucketOf = [&](std::size_t place) {
-            return deal.getBucket(keys.template getKey<KEY>(records[place]));
+            return deal.getBucket(keys->template getKey<KEY>(records[place]));
         };
         const std::size_t bucket = bucketOf(begin);
         std::size_t end = begin + 1;
@@ -165,13 +219,117 @@ private:
         return end;
     }
 
-    Keys keys;
+    // --- Runs that are copied
+
+    template <int KEY, typename Visit>
+    void visitCopies(const Record* records, std::size_t count, const KeyBounds& bounds,
+                     Visit& visit) {
+        for (std::size_t place = 0; place < count; ++place) {
+            copies[place] = records[place];
+            tickets[place] = place;
+        }
+        sortTicketsWithin<KEY>(tickets.data(), count, bounds);
+        for (std::size_t place = 0; place < count; ++place)
+            visit(recordOf(tickets[place]));
+    }
+
+    static std::uint64_t placeOf(Ticket ticket) { return ticket & (MAX_COPIED - 1); }
+    static std::uint64_t keyBitsOf(Ticket ticket) { return ticket >> PLACE_BITS; }
+    const Record& recordOf(Ticket ticket) const { return copies[placeOf(ticket)]; }
+
+    // The tickets of records that all preceding keys call equal.
+    template <int KEY>
+    void sortTickets(Ticket* run, std::size_t count) {
+        if (count <= FEW_TICKETS) {
+            std::sort(run, run + count, [this](Ticket a, Ticket b) {
+                return keys->precedes(recordOf(a), recordOf(b));
+            });
+            return;
+        }
+        const KeyBounds bounds = findBounds<KEY>(
+            count, [&](std::size_t place) -> const Record& { return recordOf(run[place]); });
+        if (bounds.lowest == bounds.highest)
+            sortTicketsByNextKey<KEY>(run, count);
+        else
+            sortTicketsWithin<KEY>(run, count, bounds);
+    }
+
+    template <int KEY>
+    void sortTicketsWithin(Ticket* run, std::size_t count, const KeyBounds& bounds) {
+        const Deal deal(bounds, TICKET_KEY_BITS);
+        sortTicketsByBits<KEY>(run, count, deal);
+        for (std::size_t begin = 0, end = 0; begin < count; begin = end) {
+            end = begin + 1;
+            while (end < count && keyBitsOf(run[end]) == keyBitsOf(run[begin]))
+                ++end;
+            if (end - begin == 1)
+                continue;
+            if (deal.hasOneKeyPerBucket())
+                sortTicketsByNextKey<KEY>(run + begin, end - begin);
+            else
+                sortTickets<KEY>(run + begin, end - begin);
+        }
+    }
+
+    template <int KEY>
+    void sortTicketsByNextKey(Ticket* run, std::size_t count) {
+        if constexpr (KEY + 1 < Keys::NUMBER_OF_KEYS)
+            sortTickets<KEY + 1>(run, count);
+    }
+
+    // Writes the leading bits of the key into each ticket and sorts the tickets
+    // as numbers: spreads them over about as many slots and sorts those that meet
+    // in one.
+    template <int KEY>
+    void sortTicketsByBits(Ticket* run, std::size_t count, const Deal& deal) {
+        const int slotBits = std::min(static_cast<int>(std::bit_width(count)), PLACE_BITS);
+        const int keyBits = static_cast<int>(std::bit_width(deal.getNumberOfBuckets() - 1));
+        const int shift = std::max(keyBits - slotBits, 0) + PLACE_BITS;
+        const std::size_t numberOfSlots = std::size_t{1} << slotBits;
+
+        std::fill_n(slotPlaces, numberOfSlots, std::uint16_t{0});
+        for (std::size_t place = 0; place < count; ++place) {
+            const std::uint64_t key = keys->template getKey<KEY>(recordOf(run[place]));
+            const Ticket ticket = Ticket{deal.getBucket(key)} << PLACE_BITS | placeOf(run[place]);
+            spareTickets[place] = ticket;
+            ++slotPlaces[ticket >> shift];
+        }
+        std::uint16_t end = 0;
+        for (std::size_t slot = 0; slot < numberOfSlots; ++slot) {
+            end = static_cast<std::uint16_t>(end + slotPlaces[slot]);
+            slotPlaces[slot] = end;
+        }
+        for (std::size_t place = count; place-- > 0;) {
+            const Ticket ticket = spareTickets[place];
+            run[--slotPlaces[ticket >> shift]] = ticket;
+        }
+        sortSlots(run, count, numberOfSlots);
+    }
+
+    // Tickets with equal keys are in order as they come, so that a slot full of
+    // those needs no sorting.
+    void sortSlots(Ticket* run, std::size_t count, std::size_t numberOfSlots) {
+        for (std::size_t slot = 0; slot < numberOfSlots; ++slot) {
+            Ticket* const begin = run + slotPlaces[slot];
+            Ticket* const end = run + (slot + 1 < numberOfSlots ? slotPlaces[slot + 1] : count);
+            if (!std::is_sorted(begin, end))
+                std::sort(begin, end);
+        }
+    }
+
+    const Keys* keys = nullptr;
 
     // While records are dealt out: the first place of each bucket that does not
     // hold its own yet, the place behind its last, and the buckets not done.
     Place heads[MAX_BUCKETS];
     Place ends[MAX_BUCKETS];
     std::uint16_t unfinished[MAX_BUCKETS];
+
+    // While a run is copied.
+    std::vector<Record> copies;
+    std::vector<Ticket> tickets;
+    std::vector<Ticket> spareTickets;
+    std::uint16_t slotPlaces[MAX_COPIED];
 };
 
 }  // namespace obj_adapter

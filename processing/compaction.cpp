@@ -1,12 +1,13 @@
 // Compaction of the vertex and face tables. Covered by
 // tests/processing/compactionTest.cpp.
 //
-// Records are sorted where they stand and every pass moves each of them at most
-// once: fresh memory for a second table would cost more than the sort.
+// Records are sorted where they stand, without a second table; what is to be done
+// with each in order is done as the sort hands it out, while the caches hold it.
 #include "processing/compaction.h"
 
 #include "groups/groupTable.h"
 #include "model/objModel.h"
+#include "platform/growingArray.h"
 #include "processing/bucketSort.h"
 #include "processing/faceOrder.h"
 #include "processing/vertexOrder.h"
@@ -14,7 +15,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <vector>
+#include <memory>
 
 namespace obj_adapter {
 
@@ -22,29 +23,34 @@ namespace {
 
 // From a vertex's position before compaction to that of the vertex that stands
 // for it afterwards.
-using IndexMap = std::vector<std::int32_t>;
+using IndexMap = platform::GrowingArray<std::int32_t>;
+
+using VertexSorter = BucketSorter<Vertex, VertexOrder>;
+using FaceSorter = BucketSorter<Face, FaceOrder>;
 
 template <typename Table>
 void cutOff(Table& table, std::size_t newSize) noexcept {
     table.erase(table.begin() + static_cast<std::ptrdiff_t>(newSize), table.end());
 }
 
-// Each vertex's index is its position before the sort when this returns.
-void sortVertices(VertexTable& vertices) noexcept {
-    for (std::size_t position = 0; position < vertices.size(); ++position)
+// Sets each vertex's index to its position. True if all are in order.
+bool numberVertices(VertexTable& vertices) noexcept {
+    bool isInOrder = true;
+    for (std::size_t position = 0; position < vertices.size(); ++position) {
         vertices[position].index = static_cast<std::int32_t>(position);
-
-    if (std::is_sorted(vertices.begin(), vertices.end(), VertexOrder::precedes))
-        return;
-    const VertexOrder order(vertices);
-    BucketSorter<Vertex, VertexOrder>(order).sort(vertices.data(), vertices.size());
+        isInOrder = isInOrder && (position == 0 || VertexOrder::precedes(vertices[position - 1],
+                                                                         vertices[position]));
+    }
+    return isInOrder;
 }
 
-// Keeps the first of each run of equal vertices. Each is compared with the last
-// one kept: a NaN equals every number, so this can merge what is not alike.
-void mergeEqualVertices(VertexTable& vertices, IndexMap& newPositions) noexcept {
+// Sorts the vertices and keeps the first of each run of equal ones. Each is
+// compared with the last one kept: a NaN equals every number, so this can merge
+// what is not alike.
+void mergeEqualVertices(VertexTable& vertices, VertexSorter& sorter,
+                        IndexMap& newPositions) noexcept {
     std::size_t keptCount = 0;
-    for (const Vertex& vertex : vertices) {
+    const auto keepOrMerge = [&](const Vertex& vertex) {
         const auto oldPosition = static_cast<std::size_t>(vertex.index);
         if (keptCount == 0 || !(vertex == vertices[keptCount - 1])) {
             vertices[keptCount] = vertex;
@@ -52,7 +58,11 @@ void mergeEqualVertices(VertexTable& vertices, IndexMap& newPositions) noexcept 
             ++keptCount;
         }
         newPositions[oldPosition] = static_cast<std::int32_t>(keptCount) - 1;
-    }
+    };
+    if (numberVertices(vertices))
+        std::for_each(vertices.begin(), vertices.end(), keepOrMerge);
+    else
+        sorter.visitInOrder(vertices.data(), vertices.size(), VertexOrder(vertices), keepOrMerge);
     cutOff(vertices, keptCount);
 }
 
@@ -75,23 +85,21 @@ bool isDegenerate(const Face& face) noexcept {
            corners[1].vertexIndex == corners[2].vertexIndex;
 }
 
-// Renumbers all faces and drops the degenerate ones.
-void renumberFaces(FaceTable& faces, const IndexMap& newPositions) noexcept {
+// Renumbers and marks all faces and drops the degenerate ones. True if those that
+// stay are in order.
+bool renumberFaces(FaceTable& faces, const IndexMap& newPositions) noexcept {
+    bool isInOrder = true;
     std::size_t keptCount = 0;
     for (Face face : faces) {
         if (renumberCorners(face, newPositions) && !isDegenerate(face)) {
             FaceOrder::mark(face, static_cast<std::int32_t>(keptCount));
+            isInOrder =
+                isInOrder && (keptCount == 0 || FaceOrder::precedes(faces[keptCount - 1], face));
             faces[keptCount++] = face;
         }
     }
     cutOff(faces, keptCount);
-}
-
-// The faces are marked, before and after.
-void sortFaces(FaceTable& faces) noexcept {
-    if (std::is_sorted(faces.begin(), faces.end(), FaceOrder::precedes))
-        return;
-    BucketSorter<Face, FaceOrder>(FaceOrder()).sort(faces.data(), faces.size());
+    return isInOrder;
 }
 
 bool isSameCorner(const FaceElement& a, const FaceElement& b) noexcept {
@@ -109,22 +117,29 @@ bool isSameUpToRotation(const Face& a, const Face& b) noexcept {
     return false;
 }
 
-// Removes each face that repeats the one before it in the same group, whatever
-// the materials; true if other faces over the same vertices remain. Only
-// neighbours are compared: a duplicate with a mirror image between stays.
-bool removeDuplicateFaces(FaceTable& faces) noexcept {
+// Sorts the faces, which are marked, and removes each that repeats the one before
+// it in the same group, whatever the materials; true if other faces over the same
+// vertices remain. Only neighbours are compared: a duplicate with a mirror image
+// between stays.
+bool removeDuplicateFaces(FaceTable& faces, bool isInOrder, FaceSorter& sorter,
+                          std::size_t vertexCount) noexcept {
     bool conflictFound = false;
     std::size_t keptCount = 0;
-    for (Face face : faces) {
+    const auto keepOrDrop = [&](const Face& marked) {
+        Face face = marked;
         FaceOrder::unmark(face);
         if (keptCount > 0 && !(faces[keptCount - 1] < face)) {
             const Face& previous = faces[keptCount - 1];
             if (face.groupIndex == previous.groupIndex && isSameUpToRotation(face, previous))
-                continue;
+                return;
             conflictFound = true;
         }
         faces[keptCount++] = face;
-    }
+    };
+    if (isInOrder)
+        std::for_each(faces.begin(), faces.end(), keepOrDrop);
+    else
+        sorter.visitInOrder(faces.data(), faces.size(), FaceOrder(vertexCount), keepOrDrop);
     cutOff(faces, keptCount);
     return conflictFound;
 }
@@ -132,16 +147,19 @@ bool removeDuplicateFaces(FaceTable& faces) noexcept {
 }  // namespace
 
 void compactData(ObjModel& model) {
-    IndexMap newPositions(model.vertices.size());
+    IndexMap newPositions;
+    newPositions.resizeUninitialized(model.vertices.size());
+    // Too large for the stack of some hosts' threads.
+    const auto vertexSorter = std::make_unique<VertexSorter>(model.vertices.size());
+    const auto faceSorter = std::make_unique<FaceSorter>(model.faces.size());
     reserveGroupFaceLists(model);
 
     // Nothing below asks for memory.
     model.hierarchyValid = false;
-    sortVertices(model.vertices);
-    mergeEqualVertices(model.vertices, newPositions);
-    renumberFaces(model.faces, newPositions);
-    sortFaces(model.faces);
-    model.hasConflictingFaces = removeDuplicateFaces(model.faces);
+    mergeEqualVertices(model.vertices, *vertexSorter, newPositions);
+    const bool isInOrder = renumberFaces(model.faces, newPositions);
+    model.hasConflictingFaces =
+        removeDuplicateFaces(model.faces, isInOrder, *faceSorter, model.vertices.size());
     rebuildGroupFaceLists(model);
 }
 

@@ -18,9 +18,9 @@ struct ObjModel;
 //         Positions count, not the index fields. A face that names a vertex
 //         outside the table is removed.
 // cost    near linear in vertices and faces
-// memory  four bytes for each vertex; sorting is done in place. All of it is
-//         asked for before anything changes: when it runs out, the model is as
-//         it was
+// memory  four bytes for each vertex, and little more than 1 MB for the copies
+//         that sorting works on. All of it is asked for before anything changes:
+//         when it runs out, the model is as it was
 void compactData(ObjModel& model);
 
 }  // namespace obj_adapter

@@ -2,9 +2,12 @@
 // tests/processing/compactionTest.cpp.
 #pragma once
 
+#include "processing/bucketSort.h"
+
 #include <obj_adapter/geometryRecords.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 
 namespace obj_adapter {
@@ -18,6 +21,9 @@ namespace obj_adapter {
 // corners' and quickly found again.
 class FaceOrder {
 public:
+    // Faces name vertices from 0 to vertexCount - 1.
+    explicit FaceOrder(std::size_t vertexCount) noexcept : highestIndex(vertexCount) {}
+
     // From here to unmark the face's sorted vertex indices are no such indices.
     static void mark(Face& face, std::int32_t position) noexcept {
         face.sortedKeyValid = false;
@@ -37,6 +43,8 @@ public:
 
     static constexpr int NUMBER_OF_KEYS = 2;
 
+    KeyBounds getBounds() const noexcept { return {0, highestIndex << INDEX_BITS}; }
+
     // Indices and positions are not negative.
     template <int KEY>
     static std::uint64_t getKey(const Face& face) noexcept {
@@ -47,6 +55,7 @@ public:
     }
 
 private:
+    static constexpr int INDEX_BITS = 32;
     static constexpr int POSITION = CORNERS_PER_FACE - 1;
 
     static std::int32_t getHighestVertexIndex(const Face& face) noexcept {
@@ -55,9 +64,10 @@ private:
     }
 
     static std::uint64_t joinNumbers(std::int32_t high, std::int32_t low) noexcept {
-        constexpr int LOW_BITS = 32;
-        return static_cast<std::uint64_t>(high) << LOW_BITS | static_cast<std::uint64_t>(low);
+        return static_cast<std::uint64_t>(high) << INDEX_BITS | static_cast<std::uint64_t>(low);
     }
+
+    std::uint64_t highestIndex;
 };
 
 }  // namespace obj_adapter

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "model/objModel.h"
+#include "processing/bucketSort.h"
 
 #include <obj_adapter/geometryRecords.h>
 
@@ -66,10 +67,13 @@ public:
         if (coordinate <= highest)
             return static_cast<std::uint64_t>(
                 static_cast<std::int64_t>((0.5 * coordinate - 0.5 * lowest) * scale));
-        return std::numeric_limits<std::uint32_t>::max();
+        return HIGHEST;
     }
 
+    static KeyBounds getBounds() noexcept { return {0, HIGHEST}; }
+
 private:
+    static constexpr std::uint64_t HIGHEST = std::numeric_limits<std::uint32_t>::max();
     static constexpr double HIGHEST_IN_RANGE = 4294967294.0;  // 2^32 - 2
 
     double lowest = std::numeric_limits<double>::infinity();
@@ -104,6 +108,8 @@ public:
     }
 
     static constexpr int NUMBER_OF_KEYS = 7;
+
+    static KeyBounds getBounds() noexcept { return CoarseCoordinateKey::getBounds(); }
 
     template <int KEY>
     std::uint64_t getKey(const Vertex& vertex) const noexcept {
