@@ -4,6 +4,8 @@
 #include "converter/converterState.h"
 #include "converter/hostCall.h"
 
+#include <algorithm>
+
 namespace obj_adapter {
 
 ImportProgress* ImportProgress::innermost = nullptr;
@@ -57,6 +59,12 @@ void countWorkOfChange(std::size_t units, double fraction) noexcept {
         progress->setFraction(fraction);
         progress->count(units);
     }
+}
+
+void WorkOfChange::passOn() noexcept {
+    counted += uncounted;
+    countWorkOfChange(uncounted, std::min(1.0, static_cast<double>(counted) / allUnits));
+    uncounted = 0;
 }
 
 void stopIfCancelled() {

@@ -66,6 +66,28 @@ void countWork(std::size_t units);
 // host's wish to stop is kept for stopIfCancelled.
 void countWorkOfChange(std::size_t units, double fraction) noexcept;
 
+// Counts one unit after the other of a change whose whole size is known.
+class WorkOfChange {
+public:
+    explicit WorkOfChange(std::size_t unitsOfAll) noexcept
+        : allUnits(static_cast<double>(unitsOfAll)) {}
+    WorkOfChange(const WorkOfChange&) = delete;
+    WorkOfChange& operator=(const WorkOfChange&) = delete;
+
+    void count(std::size_t units) noexcept {
+        uncounted += units;
+        if (uncounted >= WORK_COUNTED_AT_ONCE)
+            passOn();
+    }
+
+private:
+    void passOn() noexcept;
+
+    double allUnits;
+    std::size_t counted = 0;
+    std::size_t uncounted = 0;
+};
+
 // Throws ImportCancelled if the host has said that it wants to stop.
 void stopIfCancelled();
 

@@ -5,6 +5,7 @@
 // with each in order is done as the sort hands it out, while the caches hold it.
 #include "processing/compaction.h"
 
+#include "converter/progress.h"
 #include "groups/groupTable.h"
 #include "model/objModel.h"
 #include "platform/growingArray.h"
@@ -47,8 +48,8 @@ bool numberVertices(VertexTable& vertices) noexcept {
 // Sorts the vertices and keeps the first of each run of equal ones. Each is
 // compared with the last one kept: a NaN equals every number, so this can merge
 // what is not alike.
-void mergeEqualVertices(VertexTable& vertices, VertexSorter& sorter,
-                        IndexMap& newPositions) noexcept {
+void mergeEqualVertices(VertexTable& vertices, VertexSorter& sorter, IndexMap& newPositions,
+                        WorkOfChange& work) noexcept {
     std::size_t keptCount = 0;
     const auto keepOrMerge = [&](const Vertex& vertex) {
         const auto oldPosition = static_cast<std::size_t>(vertex.index);
@@ -58,6 +59,7 @@ void mergeEqualVertices(VertexTable& vertices, VertexSorter& sorter,
             ++keptCount;
         }
         newPositions[oldPosition] = static_cast<std::int32_t>(keptCount) - 1;
+        work.count(1);
     };
     if (numberVertices(vertices))
         std::for_each(vertices.begin(), vertices.end(), keepOrMerge);
@@ -87,7 +89,7 @@ bool isDegenerate(const Face& face) noexcept {
 
 // Renumbers and marks all faces and drops the degenerate ones. True if those that
 // stay are in order.
-bool renumberFaces(FaceTable& faces, const IndexMap& newPositions) noexcept {
+bool renumberFaces(FaceTable& faces, const IndexMap& newPositions, WorkOfChange& work) noexcept {
     bool isInOrder = true;
     std::size_t keptCount = 0;
     for (Face face : faces) {
@@ -97,6 +99,7 @@ bool renumberFaces(FaceTable& faces, const IndexMap& newPositions) noexcept {
                 isInOrder && (keptCount == 0 || FaceOrder::precedes(faces[keptCount - 1], face));
             faces[keptCount++] = face;
         }
+        work.count(1);
     }
     cutOff(faces, keptCount);
     return isInOrder;
@@ -122,12 +125,13 @@ bool isSameUpToRotation(const Face& a, const Face& b) noexcept {
 // vertices remain. Only neighbours are compared: a duplicate with a mirror image
 // between stays.
 bool removeDuplicateFaces(FaceTable& faces, bool isInOrder, FaceSorter& sorter,
-                          std::size_t vertexCount) noexcept {
+                          std::size_t vertexCount, WorkOfChange& work) noexcept {
     bool conflictFound = false;
     std::size_t keptCount = 0;
     const auto keepOrDrop = [&](const Face& marked) {
         Face face = marked;
         FaceOrder::unmark(face);
+        work.count(1);
         if (keptCount > 0 && !(faces[keptCount - 1] < face)) {
             const Face& previous = faces[keptCount - 1];
             if (face.groupIndex == previous.groupIndex && isSameUpToRotation(face, previous))
@@ -154,13 +158,16 @@ void compactData(ObjModel& model) {
     const auto faceSorter = std::make_unique<FaceSorter>(model.faces.size());
     reserveGroupFaceLists(model);
 
-    // Nothing below asks for memory.
+    // Nothing below asks for memory, and the host cannot stop it half-way. Every
+    // vertex is visited once, every face twice.
+    WorkOfChange work(model.vertices.size() + 2 * model.faces.size());
     model.hierarchyValid = false;
-    mergeEqualVertices(model.vertices, *vertexSorter, newPositions);
-    const bool isInOrder = renumberFaces(model.faces, newPositions);
+    mergeEqualVertices(model.vertices, *vertexSorter, newPositions, work);
+    const bool isInOrder = renumberFaces(model.faces, newPositions, work);
     model.hasConflictingFaces =
-        removeDuplicateFaces(model.faces, isInOrder, *faceSorter, model.vertices.size());
+        removeDuplicateFaces(model.faces, isInOrder, *faceSorter, model.vertices.size(), work);
     rebuildGroupFaceLists(model);
+    stopIfCancelled();
 }
 
 }  // namespace obj_adapter

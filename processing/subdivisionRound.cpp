@@ -3,10 +3,13 @@
 // and, against other libraries, subdivisionPeersTest.cpp.
 #include "processing/subdivisionRound.h"
 
+#include "converter/progress.h"
 #include "model/objModel.h"
 #include "processing/faceSurvey.h"
 #include "processing/loopScheme.h"
 #include "processing/subdivisionLimits.h"
+
+#include <obj_adapter/objConverter.h>
 
 #include <array>
 #include <cstddef>
@@ -147,7 +150,8 @@ void setChildren(Face* children, const Parent& parent, const FaceElement& ab, co
 // or not at all.
 class RoundWriter {
 public:
-    RoundWriter(ObjModel& ownModel, RoundPlan& ownPlan) noexcept : model(ownModel), plan(ownPlan) {}
+    RoundWriter(ObjModel& ownModel, RoundPlan& ownPlan) noexcept
+        : model(ownModel), plan(ownPlan), work(ownPlan.grownFaceCount) {}
 
     void write() noexcept {
         model.hierarchyValid = false;
@@ -203,6 +207,7 @@ private:
     }
 
     void splitFace(std::size_t face, std::int32_t firstMidpoint) noexcept {
+        work.count(CHILDREN_PER_FACE);
         const Parent parent(model.faces[face]);
         const auto firstEdgeVertex = static_cast<std::int32_t>(plan.vertexCount);
         const auto [ab, ac, bc] = plan.adjacency.edgesOfFaces[face];
@@ -318,6 +323,7 @@ private:
     RoundPlan& plan;
     std::int32_t nextEdge = 0;
     std::size_t nextMidpoint = 0;
+    WorkOfChange work;
 };
 
 // What the next round can go by.
@@ -334,9 +340,11 @@ ParentEdges takeParentEdges(RoundPlan& plan) noexcept {
 }  // namespace
 
 void subdivideOnce(ObjModel& model, ParentEdges& parents) {
+    beginStage(ObjConverter::STAGE_SUBDIVISION);
     RoundPlan plan = prepareRound(model, parents);
     RoundWriter(model, plan).write();
     parents = takeParentEdges(plan);
+    stopIfCancelled();
 }
 
 }  // namespace obj_adapter

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <functional>
 #include <stdexcept>
 #include <string>
@@ -195,6 +196,76 @@ TEST_F(ProgressTest, aCancelledReadingKeepsWhatWasRead) {
     EXPECT_GT(converter().getNumberOfFaces(), allFaces / 2);
     EXPECT_LT(converter().getNumberOfFaces(), allFaces);
     EXPECT_EQ(findViolations(viewOf(converter()), ModelState::ENDED_EARLY), "");
+}
+
+// One triangle, again and again.
+std::string repeatedFace(int count) {
+    std::string text = "v 0 0 0\nv 1 0 0\nv 0 1 0\n";
+    for (int face = 0; face < count; ++face)
+        text += "f 1 2 3\n";
+    return text;
+}
+
+constexpr int MANY_FACES = 1'250'000;
+
+TEST_F(ProgressTest, tellsOfCompactionAboutEveryMillionRecords) {
+    ASSERT_EQ(import(repeatedFace(MANY_FACES)), ObjConverter::CONVERTER_OK);
+    std::string compaction;
+    for (const Call& call : host.calls) {
+        if (call.stage == ObjConverter::STAGE_COMPACTION)
+            compaction += std::to_string(std::lround(10 * call.fraction)) + " ";
+    }
+    // Each face twice, so two and a half million in all.
+    EXPECT_EQ(compaction, "0 4 8 ");
+    EXPECT_EQ(converter().getNumberOfFaces(), 1);
+}
+
+TEST_F(ProgressTest, aCancelledCompactionIsWhole) {
+    host.answer = [](const Call& call) {
+        return call.stage != ObjConverter::STAGE_COMPACTION || call.fraction == 0.0;
+    };
+    EXPECT_EQ(import(repeatedFace(MANY_FACES)), ObjConverter::CONVERTER_ERROR);
+    EXPECT_EQ(recorder.getText(),
+              "3|Obj Converter Import:\n"
+              "3|Reading input file...\n"
+              "3|Done reading input.\n"
+              "3|Compacting...\n"
+              "1|Stopping conversion... Cancelled by host\n");
+    EXPECT_EQ(converter().getNumberOfFaces(), 1);
+    EXPECT_EQ(findViolations(viewOf(converter()), ModelState::COMPACTED), "");
+}
+
+TEST_F(ProgressTest, tellsOfEveryRoundOfSubdivision) {
+    converter().setSubdivisionRounds("ITERATIONS", 3);
+    ASSERT_EQ(import(TWO_FACES), ObjConverter::CONVERTER_OK);
+    EXPECT_EQ(host.stages(), "12333");
+}
+
+TEST_F(ProgressTest, aRoundThatIsCancelledAtItsBeginningIsNotRun) {
+    converter().setSubdivisionRounds("ITERATIONS", 5);
+    host.answer = [rounds = 0](const Call& call) mutable {
+        return call.stage != ObjConverter::STAGE_SUBDIVISION || ++rounds < 3;
+    };
+    EXPECT_EQ(import(TWO_FACES), ObjConverter::CONVERTER_ERROR);
+    EXPECT_EQ(recorder.getMessages().back(), "1|Stopping conversion... Cancelled by host");
+    EXPECT_EQ(recorder.getMessages()[recorder.getMessages().size() - 2], "3|Subdivision 3...");
+    EXPECT_EQ(converter().getNumberOfFaces(), 32);
+    EXPECT_EQ(findViolations(viewOf(converter()), ModelState::SUBDIVIDED), "");
+}
+
+TEST_F(ProgressTest, aRoundThatIsCancelledWhileItRunsIsWhole) {
+    converter().setSubdivisionRounds("ITERATIONS", 12);
+    host.answer = [](const Call& call) { return call.fraction == 0.0; };
+    EXPECT_EQ(import(TWO_FACES), ObjConverter::CONVERTER_ERROR);
+    EXPECT_EQ(recorder.getMessages().back(), "1|Stopping conversion... Cancelled by host");
+    EXPECT_EQ(recorder.getMessages()[recorder.getMessages().size() - 2], "3|Subdivision 10...");
+    // The tenth round is the first to add more than a million.
+    EXPECT_EQ(converter().getNumberOfFaces(), 2 << 20);
+    for (const int face : {0, 1'000'000, 2'000'000}) {
+        for (int corner = 0; corner < 3; ++corner)
+            EXPECT_LT(converter().getFace(face)->getElement(corner).vertexIndex,
+                      converter().getNumberOfVertices());
+    }
 }
 
 // A library that is read when the host cancels is no missing library.
