@@ -176,7 +176,7 @@ constexpr KeywordRow<Handler> OPTIONS[] = {
 
 void readOptionsAndFile(LineTokens& tokens, TextureMap& map) {
     for (Token token = tokens.next(); !token.isMissing(); token = tokens.next()) {
-        if (*token.begin != '-')
+        if (!token.view().starts_with('-'))
             map.fileName.assign(token.view());  // the last one holds
         else if (const KeywordRow<Handler>* option = findKeyword(OPTIONS, token.view()))
             option->handler(tokens, map);

@@ -33,7 +33,7 @@ void addMissingGroups(ObjConverter& converter, const std::unordered_set<const Gr
                       std::vector<TreeNode>& nodes) {
     for (int index = 0; index < converter.getNumberOfGroups(); ++index) {
         const Group& group = *converter.getGroup(index);
-        if (present.count(&group) == 0)
+        if (!present.contains(&group))
             nodes.push_back({group.getFullName(), 0, 1, group.getFullName(), group.faceIndices});
     }
 }

@@ -84,6 +84,7 @@ void noteTakenForOpaque(const ModelAccess& model) {
 
 std::vector<MaterialLook> computeLooks(const ModelAccess& model) {
     std::vector<MaterialLook> looks;
+    looks.reserve(static_cast<std::size_t>(model.getNumberOfMaterials()) + 1);
     for (int index = 0; index < model.getNumberOfMaterials(); ++index)
         looks.push_back(computeLook(model.getMaterial(index)));
     looks.emplace_back();
