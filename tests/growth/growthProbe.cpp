@@ -405,7 +405,7 @@ const Kind KINDS[] = {
     {"saw", 700, saw},
     {"spiral", 500, spiral},
     {"manySmallPolygons", 2000, manySmallPolygons},
-    {"equalVertices", 20000, equalVertices},
+    {"equalVertices", 50000, equalVertices},
     {"verticesInDisorder", 20000, verticesInDisorder},
     {"verticesThatHardlyDiffer", 20000, verticesThatHardlyDiffer},
     {"equalFaces", 20000, equalFaces},
