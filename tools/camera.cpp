@@ -51,8 +51,8 @@ Vector3 Camera::turnDirection(const Vector3& direction) const {
 
 SeenPoint Camera::project(const Vector3& turned) const {
     const double nearness = 1.0 / (eye.z - turned.z);
-    return {halfWidth + (turned.x - eye.x) * nearness * focalLength,
-            halfHeight - (turned.y - eye.y) * nearness * focalLength, nearness};
+    return {middleX + (turned.x - eye.x) * nearness * focalLength,
+            middleY - (turned.y - eye.y) * nearness * focalLength, nearness};
 }
 
 Vector3 Camera::towardsEye(const Vector3& turned) const {
@@ -99,8 +99,8 @@ void Camera::standBack(const ModelAccess& model, int width, int height) {
     const double shorter = std::min(width, height);
     const double fieldX = HALF_FIELD * FILLED * width / shorter;
     const double fieldY = HALF_FIELD * FILLED * height / shorter;
-    halfWidth = 0.5 * width;
-    halfHeight = 0.5 * height;
+    middleX = 0.5 * width;
+    middleY = 0.5 * height;
     focalLength = 0.5 * shorter / HALF_FIELD;
 
     Extent rightPlane;
@@ -123,6 +123,21 @@ void Camera::standBack(const ModelAccess& model, int width, int height) {
     eye.z =
         std::max({0.5 * (rightPlane.high + leftPlane.high) / fieldX,
                   0.5 * (upperPlane.high + lowerPlane.high) / fieldY, nearest + LEAST_DISTANCE});
+    centerPicture(model, width, height);
+}
+
+// In the direction that has room to spare, touching the planes alike is not yet
+// being in the middle of the picture.
+void Camera::centerPicture(const ModelAccess& model, int width, int height) {
+    Extent columns;
+    Extent rows;
+    forEachCorner(model, [&](const Vector3& position) {
+        const SeenPoint point = project(turnPosition(position));
+        columns.include(point.x);
+        rows.include(point.y);
+    });
+    middleX += 0.5 * (width - columns.low - columns.high);
+    middleY += 0.5 * (height - rows.low - rows.high);
 }
 
 }  // namespace obj_adapter::tool

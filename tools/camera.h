@@ -40,6 +40,7 @@ private:
     void lookFrom(const PictureOptions& options);
     void findExtent(const ModelAccess& model);
     void standBack(const ModelAccess& model, int width, int height);
+    void centerPicture(const ModelAccess& model, int width, int height);
 
     bool anything = false;
     Vector3 center;
@@ -49,8 +50,8 @@ private:
     Vector3 back;  // from the model to the camera
     Vector3 eye;   // in the camera's coordinates
     double focalLength = 1.0;
-    double halfWidth = 0.0;
-    double halfHeight = 0.0;
+    double middleX = 0.0;  // where the eye's own axis meets the picture
+    double middleY = 0.0;
 };
 
 }  // namespace obj_adapter::tool

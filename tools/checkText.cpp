@@ -226,12 +226,6 @@ Json compactionToJson(const std::optional<CompactionEffect>& compaction) {
     return json;
 }
 
-}  // namespace
-
-void printReport(std::ostream& out, const CheckReport& report, bool all) {
-    ReportPrinter(out, report, all).print();
-}
-
 Json reportToJson(const CheckReport& report) {
     Json json;
     json["file"] = report.fileName;
@@ -243,6 +237,20 @@ Json reportToJson(const CheckReport& report) {
         json["issues"].push_back(issueToJson(issue));
     json["compaction"] = compactionToJson(report.compaction);
     json["mesh"] = factsToJson(report);
+    return json;
+}
+
+}  // namespace
+
+void printReport(std::ostream& out, const CheckReport& report, bool all) {
+    ReportPrinter(out, report, all).print();
+}
+
+Json reportsToJson(const std::vector<CheckReport>& reports) {
+    Json json = makeJson("check");
+    json["files"] = Json::array();
+    for (const CheckReport& report : reports)
+        json["files"].push_back(reportToJson(report));
     return json;
 }
 

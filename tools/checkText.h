@@ -11,6 +11,7 @@ namespace obj_adapter::tool {
 // With all, every issue in full; otherwise the first ones of each category.
 void printReport(std::ostream& out, const CheckReport& report, bool all);
 
-Json reportToJson(const CheckReport& report);
+// All reports of a run of the program.
+Json reportsToJson(const std::vector<CheckReport>& reports);
 
 }  // namespace obj_adapter::tool

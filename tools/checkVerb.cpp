@@ -43,25 +43,22 @@ void CheckVerb::addTo(CLI::App& program) {
 
 int CheckVerb::run() {
     int code = EXIT_CODE_SUCCESS;
-    Json document = makeJson("check");
-    document["files"] = Json::array();
-    bool isFirst = true;
+    std::vector<CheckReport> reports;
     for (const std::string& fileName : fileNames) {
         // An import appends to what is there, so each file gets a new converter.
         ObjConverter::clearInstance();
         settings.fileName = fileName;
-        const CheckReport report = checkFile(settings);
+        CheckReport report = checkFile(settings);
         code = worseOf(code, exitCodeOf(report));
         if (json) {
-            document["files"].push_back(reportToJson(report));
+            reports.push_back(std::move(report));
             continue;
         }
-        std::cout << (isFirst ? "" : "\n");
+        std::cout << (&fileName == &fileNames.front() ? "" : "\n");
         printReport(std::cout, report, showAll);
-        isFirst = false;
     }
     if (json)
-        printJson(std::cout, document);
+        printJson(std::cout, reportsToJson(reports));
     return finishOutput(true) == EXIT_CODE_SUCCESS ? code : EXIT_CODE_FAILURE;
 }
 

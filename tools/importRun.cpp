@@ -1,6 +1,7 @@
 // Imports, prints messages and takes the stages' times. Covered by tests/tools.
 #include "importRun.h"
 
+#include "progressLine.h"
 #include "terminal.h"
 #include "terminalText.h"
 
@@ -75,7 +76,21 @@ public:
     void receive(int level, const char* text) {
         stages.receive(text, Clock::now());
         noteLibrary(text);
+        progress.erase();
         receiver(locate({level, text, {}, 0}));
+    }
+
+    void showProgress(int stage, double fraction) {
+        switch (stage) {
+            case ObjConverter::STAGE_READING:
+                progress.show("reading", fraction);
+                break;
+            case ObjConverter::STAGE_COMPACTION:
+                progress.show("compacting", fraction);
+                break;
+            default:
+                progress.show("subdividing", fraction);
+        }
     }
 
     StageClock stages;
@@ -96,6 +111,7 @@ private:
 
     ObjConverter& converter;
     const MessageReceiver& receiver;
+    ProgressLine progress;
 };
 
 // The callback carries no pointer of the host's, so the running import is known
@@ -105,6 +121,12 @@ RunningImport* runningImport = nullptr;
 void receiveMessage(int level, const char* text) {
     if (runningImport != nullptr)
         runningImport->receive(level, text);
+}
+
+// The import is never cancelled from here: an interrupt ends the program.
+bool receiveProgress(void* import, int stage, double fraction) {
+    static_cast<RunningImport*>(import)->showProgress(stage, fraction);
+    return true;
 }
 
 std::string levelPrefix(int level) {
@@ -178,8 +200,10 @@ ImportRun runImport(const ImportSettings& settings, const MessageReceiver& recei
 
     RunningImport running(*converter, receiver);
     runningImport = &running;
+    converter->setProgressCallback(receiveProgress, &running);
     const int code = converter->importObjDataFromFile(withDirectory(settings.fileName).c_str());
     const Clock::time_point end = Clock::now();
+    converter->setProgressCallback(nullptr, nullptr);
     runningImport = nullptr;
 
     run.succeeded = code == ObjConverter::CONVERTER_OK;

@@ -91,7 +91,7 @@ public:
         }
         for (int index = 0; index < model.getNumberOfTexturePoints(); ++index) {
             const TexturePoint& point = model.getTexturePoint(index);
-            if (point.w == 0.0)
+            if (point.w == 0.0 && !std::signbit(point.w))
                 appendStatement(text, "vt", {point.u, point.v});
             else
                 appendStatement(text, "vt", {point.u, point.v, point.w});

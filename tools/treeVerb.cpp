@@ -3,7 +3,6 @@
 
 #include "exitCodes.h"
 #include "importOptions.h"
-#include "jsonOutput.h"
 #include "standardOutput.h"
 #include "treeText.h"
 
@@ -14,29 +13,6 @@
 #include <iostream>
 
 namespace obj_adapter::tool {
-
-namespace {
-
-// A list, not objects in objects: readers of JSON limit the depth.
-Json treeToJson(const std::vector<TreeNode>& nodes, const ImportRun& importRun,
-                const std::string& fileName) {
-    Json json = makeJson("tree");
-    json["file"] = fileName;
-    json["succeeded"] = importRun.succeeded;
-    json["nodes"] = Json::array();
-    for (const TreeNode& node : nodes) {
-        Json entry;
-        entry["name"] = node.name;
-        entry["parent"] = node.parent == NO_PARENT ? Json(nullptr) : Json(node.parent);
-        entry["depth"] = node.depth;
-        entry["group"] = node.fullName ? Json(*node.fullName) : Json(nullptr);
-        entry["faces"] = node.faces.size();
-        json["nodes"].push_back(std::move(entry));
-    }
-    return json;
-}
-
-}  // namespace
 
 void TreeVerb::addTo(CLI::App& program) {
     CLI::App& command =

@@ -1,6 +1,58 @@
 # The command-line program: what it prints and returns. Everything that it
 # prints for a case stands in the file of that name here.
 
+# --- The parts of the program ------------------------------------------------------
+
+add_library(tool_test_support STATIC tools/importedText.cpp)
+target_link_libraries(tool_test_support PUBLIC obj_adapter_tool_parts host_test_support)
+obj_adapter_set_compiler_flags(tool_test_support)
+
+add_test_program(toolTests tool_test_support
+    tools/anglesTest.cpp
+    tools/cameraTest.cpp
+    tools/checkReportTest.cpp
+    tools/cornerNormalsTest.cpp
+    tools/glbWriterTest.cpp
+    tools/groupTreeTest.cpp
+    tools/materialLookTest.cpp
+    tools/meshFactsTest.cpp
+    tools/meshWritersTest.cpp
+    tools/outputFileTest.cpp
+    tools/pictureTest.cpp
+    tools/rasteriserTest.cpp
+    tools/srgbTest.cpp)
+
+# Others' libraries read what the program writes, where they are installed.
+find_path(VALIJSON_INCLUDE_DIR valijson/validator.hpp)
+mark_as_advanced(VALIJSON_INCLUDE_DIR)
+if(VALIJSON_INCLUDE_DIR)
+    add_test_program(toolJsonTests tool_test_support tools/jsonSchemaTest.cpp)
+    target_include_directories(toolJsonTests SYSTEM PRIVATE ${VALIJSON_INCLUDE_DIR})
+    target_compile_definitions(toolJsonTests PRIVATE
+        OBJ_ADAPTER_TOOL_SCHEMA="${PROJECT_SOURCE_DIR}/docs/toolOutput.schema.json"
+        OBJ_ADAPTER_SCENE="${sampleScene}")
+elseif(OBJ_ADAPTER_REQUIRE_PEERS)
+    message(FATAL_ERROR "toolJsonTests needs valijson")
+else()
+    message(STATUS "toolJsonTests left out: needs valijson")
+endif()
+
+find_path(ASSIMP_INCLUDE_DIR assimp/Importer.hpp)
+find_library(ASSIMP_LIBRARY assimp)
+mark_as_advanced(ASSIMP_INCLUDE_DIR ASSIMP_LIBRARY)
+if(ASSIMP_INCLUDE_DIR AND ASSIMP_LIBRARY)
+    add_test_program(toolPeersTests tool_test_support tools/convertedFilesTest.cpp)
+    target_include_directories(toolPeersTests SYSTEM PRIVATE ${ASSIMP_INCLUDE_DIR})
+    target_link_libraries(toolPeersTests PRIVATE ${ASSIMP_LIBRARY})
+    target_compile_definitions(toolPeersTests PRIVATE OBJ_ADAPTER_SCENE="${sampleScene}")
+elseif(OBJ_ADAPTER_REQUIRE_PEERS)
+    message(FATAL_ERROR "toolPeersTests needs assimp")
+else()
+    message(STATUS "toolPeersTests left out: needs assimp")
+endif()
+
+# --- The program as a whole --------------------------------------------------------
+
 set(toolTestFolder ${CMAKE_CURRENT_LIST_DIR})
 
 function(add_tool_test name)
