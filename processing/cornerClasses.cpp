@@ -5,26 +5,8 @@
 
 namespace obj_adapter {
 
-void computeCornerNormals(const std::vector<Vector3>& positions, std::vector<Vector3>& normals) {
-    const std::size_t count = positions.size();
-    normals.resize(count);
-    if (count == 0)
-        return;
-    Vector3 previous = positions[count - 1];
-    for (std::size_t corner = 0; corner + 1 < count; ++corner) {
-        normals[corner] = cornerNormal(previous, positions[corner], positions[corner + 1]);
-        previous = positions[corner];
-    }
-    normals[count - 1] = cornerNormal(previous, positions[count - 1], positions[0]);
-}
-
-std::optional<CornerClasses> classifyCorners(const std::vector<Vector3>& normals) noexcept {
-    Vector3 sum;
-    for (const Vector3& normal : normals) {
-        sum.x += normal.x;
-        sum.y += normal.y;
-        sum.z += normal.z;
-    }
+std::optional<CornerClasses> classifyCorners(std::span<const Vector3> normals) noexcept {
+    const Vector3 sum = sumOfNormals(normals);
     if (isZeroOrNan(sum.x) && isZeroOrNan(sum.y) && isZeroOrNan(sum.z))
         return std::nullopt;
 

@@ -2,20 +2,19 @@
 // tests/processing/triangulationTest.cpp.
 #include "processing/cornerPositions.h"
 
-#include "model/objModel.h"
-
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <span>
 
 namespace obj_adapter {
 
 namespace {
 
 // Up to here comparing every pair is faster than sorting.
-const std::size_t MAX_CORNERS_COMPARED_IN_PAIRS = 32;
+const std::size_t MAX_CORNERS_COMPARED_IN_PAIRS = 24;
 
-using PositionIterator = std::vector<Vector3>::iterator;
+using PositionIterator = std::span<Vector3>::iterator;
 
 bool differs(double a, double b) noexcept {
     return a < b || a > b;
@@ -35,10 +34,11 @@ bool isBefore(const Vector3& a, const Vector3& b) noexcept {
     return a.z < b.z;
 }
 
-bool hasEqualPair(const std::vector<Vector3>& positions) noexcept {
-    for (std::size_t first = 0; first < positions.size(); ++first) {
-        for (std::size_t second = first + 1; second < positions.size(); ++second) {
-            if (isSamePosition(positions[first], positions[second]))
+bool hasEqualPair(std::span<const Vector3> positions) noexcept {
+    for (std::size_t second = 1; second < positions.size(); ++second) {
+        const Vector3 position = positions[second];
+        for (const Vector3& earlier : positions.first(second)) {
+            if (isSamePosition(earlier, position))
                 return true;
         }
     }
@@ -67,14 +67,14 @@ Vector3 withoutCoordinates(const Vector3& position, unsigned mask) noexcept {
 }
 
 // Sorts; no coordinate may be NaN.
-bool hasNeighboursAtOnePlace(PositionIterator begin, PositionIterator end) {
+bool hasNeighboursAtOnePlace(PositionIterator begin, PositionIterator end) noexcept {
     std::sort(begin, end, isBefore);
     return std::adjacent_find(begin, end, isSamePosition) != end;
 }
 
 // Sorts both; no coordinate may be NaN.
 bool haveCommonPlace(PositionIterator first, PositionIterator firstEnd, PositionIterator second,
-                     PositionIterator secondEnd) {
+                     PositionIterator secondEnd) noexcept {
     std::sort(first, firstEnd, isBefore);
     std::sort(second, secondEnd, isBefore);
     while (first != firstEnd && second != secondEnd) {
@@ -88,34 +88,34 @@ bool haveCommonPlace(PositionIterator first, PositionIterator firstEnd, Position
     return false;
 }
 
-void appendClass(const std::vector<Vector3>& positions, unsigned wantedClass, unsigned mask,
-                 std::vector<Vector3>& scratch) {
+// Returns the end of what was written.
+PositionIterator writeClass(std::span<const Vector3> positions, unsigned wantedClass, unsigned mask,
+                            PositionIterator place) noexcept {
     for (const Vector3& position : positions) {
         if (nanClass(position) == wantedClass)
-            scratch.push_back(withoutCoordinates(position, mask));
+            *place++ = withoutCoordinates(position, mask);
     }
+    return place;
 }
 
 // Two positions are equal if the coordinates are that are a number in both. So
 // positions are compared class by class, on the coordinates that neither class
 // lacks; within those, equality is transitive and sorting finds it.
-bool hasEqualPositionsAmongNans(const std::vector<Vector3>& positions,
+bool hasEqualPositionsAmongNans(std::span<const Vector3> positions,
                                 const std::array<std::size_t, NAN_CLASSES>& classSizes,
-                                std::vector<Vector3>& scratch) {
+                                std::span<Vector3> scratch) noexcept {
     for (unsigned first = 0; first < NAN_CLASSES; ++first) {
         for (unsigned second = first; second < NAN_CLASSES; ++second) {
             if (classSizes[first] == 0 || classSizes[second] == 0)
                 continue;
-            scratch.clear();
-            appendClass(positions, first, first | second, scratch);
+            const auto middle = writeClass(positions, first, first | second, scratch.begin());
             if (first == second) {
-                if (hasNeighboursAtOnePlace(scratch.begin(), scratch.end()))
+                if (hasNeighboursAtOnePlace(scratch.begin(), middle))
                     return true;
                 continue;
             }
-            appendClass(positions, second, first | second, scratch);
-            const auto middle = scratch.begin() + static_cast<std::ptrdiff_t>(classSizes[first]);
-            if (haveCommonPlace(scratch.begin(), middle, middle, scratch.end()))
+            const auto end = writeClass(positions, second, first | second, middle);
+            if (haveCommonPlace(scratch.begin(), middle, middle, end))
                 return true;
         }
     }
@@ -124,22 +124,7 @@ bool hasEqualPositionsAmongNans(const std::vector<Vector3>& positions,
 
 }  // namespace
 
-bool gatherCornerPositions(const ObjModel& model, const std::vector<FaceElement>& corners,
-                           std::vector<Vector3>& positions) {
-    const int vertexCount = model.getNumberOfVertices();
-    const Vertex* vertices = model.vertices.data();
-    positions.resize(corners.size());
-    Vector3* position = positions.data();
-    for (const FaceElement& corner : corners) {
-        if (corner.vertexIndex < 0 || corner.vertexIndex >= vertexCount)
-            return false;
-        const Vertex& vertex = vertices[corner.vertexIndex];
-        *position++ = {vertex.x, vertex.y, vertex.z};
-    }
-    return true;
-}
-
-bool hasEqualPositions(const std::vector<Vector3>& positions, std::vector<Vector3>& scratch) {
+bool hasEqualPositions(std::span<const Vector3> positions, std::span<Vector3> scratch) noexcept {
     if (positions.size() <= MAX_CORNERS_COMPARED_IN_PAIRS)
         return hasEqualPair(positions);
 
@@ -149,8 +134,8 @@ bool hasEqualPositions(const std::vector<Vector3>& positions, std::vector<Vector
     if (classSizes[0] != positions.size())
         return hasEqualPositionsAmongNans(positions, classSizes, scratch);
 
-    scratch.assign(positions.begin(), positions.end());
-    return hasNeighboursAtOnePlace(scratch.begin(), scratch.end());
+    const auto end = std::copy(positions.begin(), positions.end(), scratch.begin());
+    return hasNeighboursAtOnePlace(scratch.begin(), end);
 }
 
 }  // namespace obj_adapter

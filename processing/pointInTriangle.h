@@ -32,15 +32,18 @@ public:
 
     // In the triangle's plane and inside it by barycentric coordinates; edges
     // and corners count as inside. False when a weight is not a number.
+    //
+    // Asked in the order that tells most points soonest: nearly all points of a
+    // flat polygon are in the plane and beyond an edge.
     bool contains(const Vector3& point) const noexcept {
-        if (!isCoplanarWith(point))
-            return false;
         const Vector3 ap = point - a;
         const double apAb = dotProduct(ap, ab);
         const double apAc = dotProduct(ap, ac);
-        const double weightOfC = (apAc * abAb - apAb * abAc) * inverse;
         const double weightOfB = (apAb * acAc - apAc * abAc) * inverse;
-        return 1.0 - weightOfB - weightOfC >= 0.0 && weightOfB >= 0.0 && weightOfC >= 0.0;
+        if (!(weightOfB >= 0.0))
+            return false;
+        const double weightOfC = (apAc * abAb - apAb * abAc) * inverse;
+        return weightOfC >= 0.0 && 1.0 - weightOfB - weightOfC >= 0.0 && isCoplanarWith(point);
     }
 
 private:

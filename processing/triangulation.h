@@ -2,19 +2,21 @@
 #pragma once
 
 #include "processing/cornerClasses.h"
+#include "processing/keptRoom.h"
 #include "processing/vectors.h"
 
 #include <obj_adapter/geometryRecords.h>
 
 #include <cstddef>
+#include <span>
 #include <vector>
 
 namespace obj_adapter {
 
 struct ObjModel;
 
-// Splits polygons; keeps its lists between them, so that a file of polygons
-// does not allocate for each.
+// Splits polygons; keeps its lists between them. Up to 64 corners it never asks
+// for memory, apart from what the list of triangles needs.
 class Triangulator {
 public:
     // Appends the triangles of a polygon of four or more corners, in the order
@@ -41,6 +43,12 @@ public:
                         std::vector<Face>& triangles, bool skipPolygonsWithoutEar);
 
 private:
+    // Corners that the object has room for.
+    static constexpr std::size_t MAX_CORNERS_WITHIN = 64;
+
+    template <typename Element>
+    using Room = KeptRoom<Element, MAX_CORNERS_WITHIN>;
+
     bool isTriangulable(const ObjModel& model, const std::vector<FaceElement>& corners);
     bool clipEars(CornerClasses classes, const std::vector<FaceElement>& corners,
                   std::vector<Face>& triangles);
@@ -54,15 +62,20 @@ private:
 
     // What is left of the polygon: four lists with an entry for each corner
     // that remains, in the polygon's order.
-    std::vector<Vector3> positions;
-    std::vector<Vector3> normals;
-    std::vector<std::size_t> originals;  // places in the whole polygon
-    std::vector<std::size_t> blockers;   // see isBlocked
+    std::span<Vector3> positions;
+    std::span<Vector3> normals;
+    std::span<std::size_t> originals;  // places in the whole polygon
+    std::span<std::size_t> blockers;   // see isBlocked
 
     // By place in the whole polygon: 1 once the corner is cut off.
-    std::vector<unsigned char> isCutOff;
+    std::span<unsigned char> isCutOff;
 
-    std::vector<Vector3> scratch;
+    Room<Vector3> positionRoom;
+    Room<Vector3> normalRoom;
+    Room<Vector3> scratchRoom;
+    Room<std::size_t> originalRoom;
+    Room<std::size_t> blockerRoom;
+    Room<unsigned char> cutOffRoom;
 };
 
 // Appends the triangles (0, k, k + 1): right for polygons without a reflex

@@ -4,6 +4,8 @@
 // every platform.
 #pragma once
 
+#include <cmath>
+
 namespace obj_adapter {
 
 struct Vector3 {
@@ -22,6 +24,10 @@ inline Vector3 crossProduct(const Vector3& a, const Vector3& b) noexcept {
 
 inline double dotProduct(const Vector3& a, const Vector3& b) noexcept {
     return (a.y * b.y + a.x * b.x) + a.z * b.z;
+}
+
+inline double sumOfAbsolutes(const Vector3& vector) noexcept {
+    return (std::fabs(vector.x) + std::fabs(vector.y)) + std::fabs(vector.z);
 }
 
 // Exactly zero, or not a number.

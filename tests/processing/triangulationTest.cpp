@@ -5,6 +5,7 @@
 #include "processing/cornerClasses.h"
 #include "processing/cornerPositions.h"
 #include "processing/pointInTriangle.h"
+#include "support/countedMemory.h"
 #include "support/describe.h"
 #include "support/importText.h"
 #include "support/messageRecorder.h"
@@ -364,9 +365,8 @@ TEST(CornerPositionsTest, areThoseOfTheVertices) {
     Polygon polygon;
     readCorners("1 2 3, 4 5 6", polygon);
     polygon.corners.push_back(polygon.corners[0]);
-    std::vector<Vector3> positions(9);
+    std::vector<Vector3> positions(3);
     ASSERT_TRUE(gatherCornerPositions(polygon.model, polygon.corners, positions));
-    ASSERT_EQ(positions.size(), 3U);
     for (const std::size_t corner : {0U, 2U}) {
         EXPECT_EQ(positions[corner].x, 1);
         EXPECT_EQ(positions[corner].y, 2);
@@ -382,7 +382,7 @@ TEST(EqualPositionsTest, areThoseThatVerticesCallEqual) {
     const std::array<double, 4> special = {NOT_A_NUMBER, POSITIVE_INFINITY, -POSITIVE_INFINITY,
                                            -0.0};
     RandomSource random(20240811);
-    std::vector<Vector3> scratch;
+    std::vector<Vector3> scratch(80);
     int withPair = 0;
     for (int round = 0; round < polygons; ++round) {
         const int size = random.between(2, random.oneIn(2) ? 8 : 80);
@@ -413,7 +413,7 @@ TEST(EqualPositionsTest, areThoseThatVerticesCallEqual) {
 
 TEST(EqualPositionsTest, areFoundAmongManyInfiniteAndUndefinedOnes) {
     const int size = 30000;
-    std::vector<Vector3> scratch;
+    std::vector<Vector3> scratch(2 * size + 1);
     std::vector<Vector3> positions;
     for (int corner = 0; corner < size; ++corner) {
         positions.push_back(
@@ -429,9 +429,8 @@ TEST(EqualPositionsTest, areFoundAmongManyInfiniteAndUndefinedOnes) {
 
 TEST(CornerNormalsTest, areCrossProductsOfTheEdges) {
     const std::vector<Vector3> dart = {{0, 0, 0}, {4, 2, 0}, {0, 4, 0}, {1, 2, 0}};
-    std::vector<Vector3> normals(7);
+    std::vector<Vector3> normals(4);
     computeCornerNormals(dart, normals);
-    ASSERT_EQ(normals.size(), 4U);
     const std::array<double, 4> expected = {6, 16, 6, -4};
     for (std::size_t corner = 0; corner < 4; ++corner) {
         EXPECT_EQ(normals[corner].x, 0);
@@ -478,8 +477,8 @@ TEST(CornerClassesTest, followThePolygonsOwnWinding) {
         SCOPED_TRACE(row.title);
         Polygon polygon;
         readCorners(row.corners, polygon);
-        std::vector<Vector3> positions;
-        std::vector<Vector3> normals;
+        std::vector<Vector3> positions(polygon.corners.size());
+        std::vector<Vector3> normals(polygon.corners.size());
         ASSERT_TRUE(gatherCornerPositions(polygon.model, polygon.corners, positions));
         computeCornerNormals(positions, normals);
         const std::optional<CornerClasses> classes = classifyCorners(normals);
@@ -502,13 +501,60 @@ TEST(CornerClassesTest, directionIsTheSumOverItsLengthToTheLastBit) {
     RandomSource random(3);
     for (int round = 0; round < sums; ++round) {
         const Vector3 sum = {random.fraction(), random.fraction() - 0.5, random.fraction()};
-        const std::optional<CornerClasses> classes = classifyCorners({sum});
+        const std::optional<CornerClasses> classes = classifyCorners(std::array{sum});
         ASSERT_TRUE(classes.has_value());
         const double squares = (sum.x * sum.x + sum.y * sum.y) + sum.z * sum.z;
         const double scale = 1.0 / std::sqrt(squares);
         ASSERT_EQ(classes->polygonNormal.x, sum.x * scale);
         ASSERT_EQ(classes->polygonNormal.y, sum.y * scale);
         ASSERT_EQ(classes->polygonNormal.z, sum.z * scale);
+    }
+}
+
+struct CertaintyCase {
+    const char* title;
+    const char* corners;
+    bool isCertain;
+};
+
+const CertaintyCase CERTAINTY_CASES[] = {
+    {"square", "0 0 0, 1 0 0, 1 1 0, 0 1 0", true},
+    {"square, clockwise", "0 1 0, 1 1 0, 1 0 0, 0 0 0", true},
+    {"saddle", "0 0 0, 1 0 0.2, 1 1 0, 0 1 0.2", true},
+    {"pentagon", "0 0 0, 2 0 0, 3 2 1, 1 3 0, -1 2 0", true},
+    {"square far away", "1e6 1e6 0, 1000001 1e6 0, 1000001 1000001 0, 1e6 1000001 0", true},
+    {"sliver", "0 0 0, 1e6 0 0, 1e6 1e-3 0, 0 1e-3 0", true},
+    {"dart", "0 0 0, 4 2 0, 0 4 0, 1 2 0", false},
+    {"corner on an edge", "0 0 0, 1 0 0, 2 0 0, 2 2 0, 0 2 0", false},
+    {"corner hardly off an edge", "0 0 0, 1 -1e-14 0, 2 0 0, 2 2 0, 0 2 0", true},
+    {"neighbours at one position", "0 0 0, 1 0 0, 1 0 0, 1 1 0, 0 1 0", false},
+    {"two at one position with another between", "0 0 0, 1 0 0, 0 0 0, 0 1 0, -1 1 0", false},
+    {"a coordinate not a number", "0 0 0, 1 0 0, nan 1 0, 0 1 0", false},
+    {"a coordinate not finite", "0 0 0, 1 0 0, inf 1 0, 0 1 0", false},
+    {"square of a length too great", "0 0 0, 1e80 0 0, 1e80 1e80 0, 0 1e80 0", false},
+    {"square of a length too small", "0 0 0, 1e-80 0 0, 1e-80 1e-80 0, 0 1e-80 0", false},
+    {"product too small", "0 0 0, 1e-250 0 0, 1 1 0, 0 1 0", false},
+    {"on a line", "0 0 0, 1 0 0, 2 0 0, 3 0 0", false},
+};
+
+TEST(CornerClassesTest, certainlyConvexPolygonsAreTold) {
+    for (const CertaintyCase& row : CERTAINTY_CASES) {
+        SCOPED_TRACE(row.title);
+        Polygon polygon;
+        readCorners(row.corners, polygon);
+        std::vector<Vector3> positions(polygon.corners.size());
+        std::vector<Vector3> normals(polygon.corners.size());
+        ASSERT_TRUE(gatherCornerPositions(polygon.model, polygon.corners, positions));
+        computeCornerNormals(positions, normals);
+        EXPECT_EQ(areCertainlyConvex(normals), row.isCertain);
+    }
+}
+
+TEST(CornerClassesTest, certaintyEndsWhereANormalStandsAcrossTheSum) {
+    for (const double height : {1e-11, 1e-13, 0.0, -1e-11}) {
+        SCOPED_TRACE(height);
+        const std::array<Vector3, 3> normals = {{{0, 0, 1}, {1, 0, height}, {-1, 0, height}}};
+        EXPECT_EQ(areCertainlyConvex(normals), height == 1e-11);
     }
 }
 
@@ -541,9 +587,9 @@ TEST(PointInTriangleTest, countsEdgesAndNeedsTheExactPlane) {
         SCOPED_TRACE(row.title);
         Polygon points;
         readCorners(row.points, points);
-        std::vector<Vector3> positions;
+        std::array<Vector3, 4> positions;
+        ASSERT_EQ(points.corners.size(), positions.size());
         ASSERT_TRUE(gatherCornerPositions(points.model, points.corners, positions));
-        ASSERT_EQ(positions.size(), 4U);
         EXPECT_EQ(isPointInTriangle(positions[0], positions[1], positions[2], positions[3]),
                   row.isInside);
         const VertexTable& vertices = points.model.vertices;
@@ -810,7 +856,7 @@ struct Tally {
 };
 
 TEST_F(TriangulationTest, equalsTheSlowTwin) {
-    const int polygons = 100000;
+    const int polygons = 200000;
     PolygonSource source(62);
     Polygon polygon;
     Tally tally;
@@ -840,17 +886,155 @@ TEST_F(TriangulationTest, equalsTheSlowTwin) {
     EXPECT_GT(tally.clipped, 10000);
 }
 
+// Quads and pentagons around the limits of certainty: corners a few roundings off
+// an edge, of every size, hardly any length between two.
+class SmallPolygonSource {
+public:
+    explicit SmallPolygonSource(std::uint64_t seed) : random(seed) {}
+
+    void make(Polygon& polygon) {
+        polygon.model.vertices.clear();
+        polygon.corners.clear();
+        const int count = random.between(4, 5);
+        const double scale = std::ldexp(1.0, random.oneIn(2) ? 0 : random.between(-540, 540));
+        const double turn = PI * random.fraction();
+        const double height = random.oneIn(2) ? 0.0 : random.fraction();
+        std::array<double, 15> coordinates{};
+        for (int corner = 0; corner < count; ++corner) {
+            const double angle = turn + 2 * PI * corner / count;
+            const auto place = static_cast<std::size_t>(3 * corner);
+            coordinates[place] = std::cos(angle);
+            coordinates[place + 1] = std::sin(angle) * (random.oneIn(3) ? 1e-7 : 1.0);
+            coordinates[place + 2] = height * random.fraction();
+        }
+        disturb(coordinates, static_cast<std::size_t>(count));
+        for (std::size_t place = 0; place < static_cast<std::size_t>(3 * count); place += 3) {
+            polygon.addCorner(scale * coordinates[place], scale * coordinates[place + 1],
+                              scale * coordinates[place + 2]);
+        }
+    }
+
+private:
+    // Brings one corner close to the line between its neighbours, or to one of
+    // them, or next to it.
+    void disturb(std::array<double, 15>& coordinates, std::size_t count) {
+        const auto corner = static_cast<std::size_t>(random.below(static_cast<int>(count)));
+        const std::size_t before = (corner + count - 1) % count;
+        const std::size_t behind = (corner + random.between(1, 2)) % count;
+        const double share = random.oneIn(3) ? random.below(2) : random.fraction();
+        const double offset = std::ldexp(random.fraction() - 0.5, -random.below(60));
+        const bool isOff = random.oneIn(2);
+        if (random.oneIn(4))
+            return;
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+            const double line = coordinates[3 * before + axis] * (1 - share) +
+                                coordinates[3 * behind + axis] * share;
+            coordinates[3 * corner + axis] = line + (isOff ? offset : 0.0);
+        }
+    }
+
+    RandomSource random;
+};
+
+TEST_F(TriangulationTest, quadsAndPentagonsEqualTheSlowTwin) {
+    const int polygons = 300000;
+    SmallPolygonSource source(5);
+    Polygon polygon;
+    int certain = 0;
+    int uncertainFans = 0;
+    for (int round = 0; round < polygons; ++round) {
+        source.make(polygon);
+        const Outcome expected = triangulatedSlowly(polygon);
+        const Outcome outcome = triangulated(polygon);
+        ASSERT_EQ(outcome.messages, expected.messages) << describePolygon(polygon);
+        ASSERT_EQ(outcome.isWithoutEar, expected.isWithoutEar) << describePolygon(polygon);
+        ASSERT_EQ(outcome.isThrown, expected.isThrown) << describePolygon(polygon);
+        ASSERT_TRUE(hasSameCorners(outcome.triangles, expected.triangles))
+            << describePolygon(polygon);
+
+        std::vector<Vector3> positions(polygon.corners.size());
+        std::vector<Vector3> normals(polygon.corners.size());
+        ASSERT_TRUE(gatherCornerPositions(polygon.model, polygon.corners, positions));
+        computeCornerNormals(positions, normals);
+        const bool isCertain = areCertainlyConvex(normals);
+        certain += isCertain ? 1 : 0;
+        uncertainFans += !isCertain && !outcome.triangles.empty() && isFan(outcome) ? 1 : 0;
+        if (isCertain) {
+            const std::optional<CornerClasses> classes = classifyCorners(normals);
+            ASSERT_TRUE(classes && classes->reflexCorners == 0 && !classes->areExchanged)
+                << describePolygon(polygon);
+        }
+    }
+    // The source does stand on both sides of the limits.
+    EXPECT_GT(certain, polygons / 10);
+    EXPECT_GT(uncertainFans, polygons / 100);
+}
+
+// Sizes on both sides of the room that the object has within.
+TEST_F(TriangulationTest, polygonsAroundTheRoomWithinEqualTheSlowTwin) {
+    RandomSource random(64);
+    for (int size = 90; size > 40; --size) {
+        SCOPED_TRACE(size);
+        Polygon star;
+        for (int corner = 0; corner < size; ++corner) {
+            const double angle = 2 * PI * corner / size;
+            const double radius = 1 + random.fraction();
+            star.addCorner(radius * std::cos(angle), radius * std::sin(angle), 0);
+        }
+        const Outcome expected = triangulatedSlowly(star);
+        const Outcome outcome = triangulated(star);
+        ASSERT_EQ(outcome.triangles.size() + 2, star.corners.size());
+        ASSERT_TRUE(hasSameCorners(outcome.triangles, expected.triangles));
+    }
+}
+
+TEST_F(TriangulationTest, asksForNoMemoryUpTo64Corners) {
+    for (const int size : {4, 5, 6, 33, 64}) {
+        for (const double dent : {1.0, 0.3}) {
+            SCOPED_TRACE(std::to_string(size) + " " + std::to_string(dent));
+            Polygon polygon;
+            for (int corner = 0; corner < size; ++corner) {
+                const double angle = 2 * PI * corner / size;
+                const double radius = corner == 2 ? dent : 1.0;
+                polygon.addCorner(radius * std::cos(angle), radius * std::sin(angle), 0);
+            }
+            std::vector<Face> triangles;
+            triangles.reserve(polygon.corners.size());
+            const std::size_t before = getNumberOfAllocations();
+            Triangulator().triangulate(polygon.model, polygon.corners, triangles, true);
+            EXPECT_EQ(getNumberOfAllocations(), before);
+            EXPECT_EQ(triangles.size() + 2, polygon.corners.size());
+        }
+    }
+}
+
+TEST_F(TriangulationTest, asksForMemoryOfLargePolygonsOnce) {
+    Polygon polygon;
+    const int size = 300;
+    for (int corner = 0; corner < size; ++corner) {
+        const double angle = 2 * PI * corner / size;
+        const double radius = corner % 2 == 0 ? 1.0 : 0.9;
+        polygon.addCorner(radius * std::cos(angle), radius * std::sin(angle), 0);
+    }
+    std::vector<Face> triangles;
+    triangulator.triangulate(polygon.model, polygon.corners, triangles, true);
+    triangles.clear();
+    const std::size_t before = getNumberOfAllocations();
+    triangulator.triangulate(polygon.model, polygon.corners, triangles, true);
+    EXPECT_EQ(getNumberOfAllocations(), before);
+}
+
 // The twin's pieces and the library's see the same classes.
 TEST_F(TriangulationTest, classesEqualThoseOfTheSlowTwin) {
     const int polygons = 5000;
     PolygonSource source(1987);
     Polygon polygon;
-    std::vector<Vector3> positions;
-    std::vector<Vector3> normals;
     for (int round = 0; round < polygons; ++round) {
         source.make(polygon);
         if (!slow::isTriangulable(polygon.model, polygon.corners))
             continue;
+        std::vector<Vector3> positions(polygon.corners.size());
+        std::vector<Vector3> normals(polygon.corners.size());
         ASSERT_TRUE(gatherCornerPositions(polygon.model, polygon.corners, positions));
         computeCornerNormals(positions, normals);
         const std::optional<CornerClasses> classes = classifyCorners(normals);
