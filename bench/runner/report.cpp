@@ -45,7 +45,7 @@ std::vector<std::string> describeMachine() {
         "Processor: " + firstMatch("/proc/cpuinfo", "model name") + " (one thread)",
         "System: " + std::string(system.sysname) + " " + system.release +
             ", transparent huge pages: " + firstLine("/sys/kernel/mm/transparent_hugepage/enabled"),
-        "Compiler: " BENCH_COMPILER ", " BENCH_FLAGS};
+        "Compiler: " + firstLine(BENCH_COMPILER_FILE)};
 }
 
 using Rows = std::vector<std::vector<std::string>>;

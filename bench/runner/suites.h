@@ -38,6 +38,10 @@ struct Session {
     }
 };
 
+// Reading each shape, compaction off, beside other readers and the floors; and
+// whole imports with compaction.
+void runReadingSuite(const Session& session, Report& report);
+
 // Checks before anything is timed: stages against their slow twins, and the models
 // of small files of every shape against the hashes in expectedModels.txt, which
 // storeAnswers writes anew. Throws std::runtime_error when one differs.
