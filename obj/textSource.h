@@ -109,7 +109,7 @@ private:
 };
 
 // A text in memory, which outlives this, and the reader of its lines.
-class MemoryText : private TextSource {
+class MemoryText final : private TextSource {
 public:
     explicit MemoryText(std::string_view wholeText) noexcept : rest(wholeText) {}
     MemoryText(const MemoryText&) = delete;
@@ -125,7 +125,7 @@ private:
 };
 
 // An open file and the reader of its lines.
-class TextFile : private TextSource {
+class TextFile final : private TextSource {
 public:
     // Opens as openTextFile does.
     explicit TextFile(const std::string& fileName) { openTextFile(file, fileName); }
