@@ -134,6 +134,7 @@ if(UNIX AND NOT APPLE)
         VERSION=${PROJECT_VERSION}
         COMPILER=${CMAKE_CXX_COMPILER}
         FLAGS=${hostFlags}
+        TOOL=$<TARGET_EXISTS:obj_adapter_tool>
         GENERATOR=${CMAKE_GENERATOR})
 
     add_script_test(readmeHost installed/readmeHost.cmake

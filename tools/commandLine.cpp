@@ -4,7 +4,9 @@
 #include "checkVerb.h"
 #include "convertVerb.h"
 #include "exitCodes.h"
+#include "helpText.h"
 #include "infoVerb.h"
+#include "manPage.h"
 #include "previewVerb.h"
 #include "programVersion.h"
 #include "treeVerb.h"
@@ -14,34 +16,41 @@
 
 #include <CLI/CLI.hpp>
 
+#include <iostream>
+
 namespace obj_adapter::tool {
 
 namespace {
 
-constexpr const char* DESCRIPTION =
-    "Looks at Wavefront OBJ files: what is in them, what is wrong with them, what they look "
-    "like; and writes them in other formats.";
+class HelpFormatter : public CLI::FormatterBase {
+public:
+    std::string make_help(const CLI::App* command, std::string, CLI::AppFormatMode) const override {
+        return makeHelp(*command);
+    }
+};
 
-constexpr const char* FOOTER =
-    "Examples:\n"
-    "  obj_adapter info house.obj\n"
-    "  obj_adapter tree house.obj\n"
-    "  obj_adapter check *.obj --json\n"
-    "  obj_adapter convert house.obj house.glb\n"
-    "  obj_adapter preview house.obj -o house.png\n"
-    "\n"
-    "obj_adapter VERB --help tells the options of a verb.\n"
-    "Data goes to the standard output, messages to the error output.\n"
-    "Exit codes: 0 success, 1 failure, 2 wrong command line, 3 check found warnings only.";
+// For the build alone: prints what is installed beside the program.
+void addGenerator(CLI::App& app) {
+    app.add_option_function<std::string>(
+           "--generate",
+           [&app](const std::string& what) {
+               std::cout << (what == "man" ? makeManPage(app) : makeBashCompletion(app));
+               throw CLI::Success();
+           })
+        ->check(CLI::IsMember({"man", "bash-completion"}))
+        ->group("");
+}
 
 }  // namespace
 
-CommandLine::CommandLine() : app(std::make_unique<CLI::App>(DESCRIPTION, "obj_adapter")) {
+CommandLine::CommandLine() : app(std::make_unique<CLI::App>(PROGRAM_DESCRIPTION, "obj_adapter")) {
     // "/data/a.obj" is a path on every system.
     app->allow_windows_style_options(false);
+    app->formatter(std::make_shared<HelpFormatter>());
+    app->set_help_flag("-h,--help", "Print this help and exit");
     app->set_version_flag("--version", getProgramVersion(), "Print the version and exit");
     app->require_subcommand(1);
-    app->footer(FOOTER);
+    addGenerator(*app);
     verbs.push_back(std::make_unique<InfoVerb>());
     verbs.push_back(std::make_unique<TreeVerb>());
     verbs.push_back(std::make_unique<CheckVerb>());

@@ -2,7 +2,9 @@
 # find_package and by pkg-config, where it was installed and after a move.
 #
 #     cmake -DBUILD=... -DSOURCE=... -DWORK=... -DLIBDIR=... -DVERSION=...
-#           -DCOMPILER=... -DFLAGS=... -DGENERATOR=... -P installedPackage.cmake
+#           -DCOMPILER=... -DFLAGS=... -DGENERATOR=... -DTOOL=... -P installedPackage.cmake
+#
+# TOOL  whether the build has the command-line program
 set(example ${SOURCE}/examples)
 set(scene ${SOURCE}/examples/scene/scene.obj)
 
@@ -16,11 +18,29 @@ function(run_example program)
         -P ${SOURCE}/tests/tools/runProgram.cmake)
 endfunction()
 
+# The program finds the library where both were installed, and has its man page and
+# its completion beside it.
+function(check_tool prefix)
+    execute_process(COMMAND ${prefix}/bin/obj_adapter info ${scene}
+        OUTPUT_VARIABLE output ERROR_QUIET COMMAND_ERROR_IS_FATAL ANY)
+    file(GLOB_RECURSE files RELATIVE ${prefix} ${prefix}/bin/* ${prefix}/share/*)
+    list(SORT files)
+    set(expected bin/obj_adapter share/bash-completion/completions/obj_adapter
+        share/man/man1/obj_adapter.1)
+    if(NOT output MATCHES "faces +394" OR NOT files STREQUAL expected)
+        message(FATAL_ERROR "installed: ${files}\n${output}")
+    endif()
+endfunction()
+
 # Nothing but what a host needs, and the headers as they are here.
 function(check_files prefix)
     file(GLOB top RELATIVE ${prefix} ${prefix}/*)
     file(GLOB_RECURSE installed RELATIVE ${prefix}/include ${prefix}/include/*)
     file(GLOB_RECURSE exported RELATIVE ${SOURCE}/include ${SOURCE}/include/*.h)
+    if(TOOL)
+        list(REMOVE_ITEM top bin share)
+        check_tool(${prefix})
+    endif()
     if(NOT top STREQUAL "include;lib" AND NOT top STREQUAL "include;${LIBDIR}")
         message(FATAL_ERROR "installed: ${top}")
     endif()
@@ -77,5 +97,6 @@ check_pkg_config(${first} ${WORK}/pkgConfigFirst)
 set(second "${WORK}/second place/deeper")
 file(MAKE_DIRECTORY "${WORK}/second place")
 file(RENAME ${first} ${second})
+check_files(${second})
 check_find_package(${second} ${WORK}/cmakeSecond)
 check_pkg_config(${second} ${WORK}/pkgConfigSecond)

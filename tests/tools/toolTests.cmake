@@ -121,3 +121,62 @@ add_script_test(tool/utf8Names tools/utf8Names.cmake
     PROGRAM=${emulator}$<TARGET_FILE:obj_adapter_tool>
     SAMPLE=${CMAKE_CURRENT_SOURCE_DIR}/samples/tetrahedron.obj
     WORK=${outsideWork}/tool/utf8Names)
+
+# --- Files that it writes ----------------------------------------------------------
+
+add_script_test(tool/convert tools/convert.cmake
+    PROGRAM=${emulator}$<TARGET_FILE:obj_adapter_tool>
+    SCENE=${sampleScene}
+    WORK=${outsideWork}/tool/convert)
+
+function(add_preview_test name model hash)
+    string(REPLACE ";" "$<SEMICOLON>" options "${ARGN}")
+    add_script_test(tool/preview/${name} tools/preview.cmake
+        PROGRAM=${emulator}$<TARGET_FILE:obj_adapter_tool>
+        MODEL=${model}
+        "OPTIONS=${options}"
+        WORK=${outsideWork}/tool/preview/${name}
+        HASH=${hash})
+endfunction()
+
+add_preview_test(scene ${sampleScene} 
+    3a574064bf19feb1856d7656ab25545fbcffb29842074737ccc4c274a7e0a50b --size 480x360)
+add_preview_test(transparent ${CMAKE_CURRENT_SOURCE_DIR}/samples/tetrahedron.obj 
+    f52b66ad4d3c6b61475d196691060cadc621afc41bdf188c5b0468fb65f123d7
+    --size 320x240 --background transparent --up z --azimuth 200 --elevation -15 --samples 4
+    --subdivide ITERATIONS 3)
+add_preview_test(odd ${toolTestFolder}/glb/odd.obj 
+    e0b7b8db32f70bc525e07429ab14915978694c2150d79d827273c3b58d23214f --size 320x240)
+
+add_script_test(tool/validateGlb tools/validateGlb.cmake
+    PROGRAM=${emulator}$<TARGET_FILE:obj_adapter_tool>
+    "MODELS=${sampleScene}$<SEMICOLON>${CMAKE_CURRENT_SOURCE_DIR}/samples$<SEMICOLON>${toolTestFolder}"
+    SOURCE=${PROJECT_SOURCE_DIR}
+    WORK=${outsideWork}/tool/validateGlb)
+set_tests_properties(tool/validateGlb PROPERTIES SKIP_REGULAR_EXPRESSION "left out: ")
+
+# --- On a terminal, and what is installed beside the program -----------------------
+
+if(UNIX AND NOT CMAKE_CROSSCOMPILING)
+    add_script_test(tool/generatedTexts tools/generatedTexts.cmake
+        PROGRAM=$<TARGET_FILE:obj_adapter_tool>
+        WORK=${outsideWork}/tool/generatedTexts)
+
+    find_program(SCRIPT_PROGRAM script)
+    mark_as_advanced(SCRIPT_PROGRAM)
+    if(SCRIPT_PROGRAM)
+        add_script_test(tool/terminalOutput tools/terminalOutput.cmake
+            PROGRAM=$<TARGET_FILE:obj_adapter_tool>
+            SCRIPT=${SCRIPT_PROGRAM}
+            MODEL=${toolTestFolder}/badLines.obj
+            WORK=${outsideWork}/tool/terminalOutput)
+    endif()
+
+    # A device that takes nothing.
+    if(EXISTS /dev/full)
+        add_test(NAME tool/fullDevice
+            COMMAND sh -c "$<TARGET_FILE:obj_adapter_tool> info ${sampleScene} 2>&1 >/dev/full")
+        set_tests_properties(tool/fullDevice PROPERTIES
+            PASS_REGULAR_EXPRESSION "error: cannot write to the standard output")
+    endif()
+endif()

@@ -1,0 +1,60 @@
+# Converts files and looks at exit codes, at what is said and at what is left behind.
+#
+#     cmake -DPROGRAM=... -DSCENE=... -DWORK=... -P convert.cmake
+file(REMOVE_RECURSE ${WORK})
+file(MAKE_DIRECTORY ${WORK})
+configure_file(${SCENE} ${WORK}/scene.obj COPYONLY)
+string(REPLACE ".obj" ".mtl" library ${SCENE})
+configure_file(${library} ${WORK}/scene.mtl COPYONLY)
+
+# convert CODE PATTERN ARGUMENTS...: the error output must match.
+function(convert code pattern)
+    execute_process(COMMAND ${PROGRAM} convert ${ARGN} WORKING_DIRECTORY ${WORK}
+        OUTPUT_VARIABLE output ERROR_VARIABLE errors RESULT_VARIABLE gotCode)
+    if(NOT gotCode EQUAL code OR NOT errors MATCHES "${pattern}" OR NOT output STREQUAL "")
+        message(FATAL_ERROR "convert ${ARGN}: ${gotCode}\n${errors}\n${output}")
+    endif()
+endfunction()
+
+function(expect_files)
+    file(GLOB files RELATIVE ${WORK} ${WORK}/*)
+    list(SORT files)
+    list(SORT ARGN)
+    if(NOT files STREQUAL ARGN)
+        message(FATAL_ERROR "there are ${files}")
+    endif()
+endfunction()
+
+convert(0 "Wrote out.glb with 394 faces" scene.obj out.glb)
+convert(0 "Wrote OUT.PLY with 394 faces" scene.obj OUT.PLY)
+convert(0 "Wrote out.stl with 394 faces" scene.obj out.stl)
+convert(0 "Wrote two words.obj with 394 faces" scene.obj "two words.obj")
+set(there scene.obj scene.mtl out.glb OUT.PLY out.stl "two words.obj" two_words.mtl)
+expect_files(${there})
+convert(0 "Wrote again.stl with 394 faces" "two words.obj" again.stl)
+file(SHA256 ${WORK}/out.stl first)
+file(SHA256 ${WORK}/again.stl second)
+if(NOT first STREQUAL second)
+    message(FATAL_ERROR "the mesh that was written is another")
+endif()
+file(REMOVE ${WORK}/again.stl)
+
+# What was read is not written over: neither the model nor its materials.
+convert(1 "scene.obj was read for this; not overwritten" scene.obj scene.obj)
+convert(1 "scene.obj was read for this; not overwritten" scene.obj ../convert/scene.obj)
+file(MAKE_DIRECTORY ${WORK}/other)
+file(COPY_FILE ${WORK}/scene.obj ${WORK}/other.obj)
+convert(1 "scene.mtl was read for this; not overwritten" other.obj ./scene.obj)
+file(REMOVE ${WORK}/other.obj)
+file(REMOVE_RECURSE ${WORK}/other)
+
+convert(1 "nothing is written" none.obj none.glb)
+convert(1 "cannot write none/out.glb" scene.obj none/out.glb)
+convert(2 "ends in none of .glb, .ply, .stl, .obj" scene.obj out.fbx)
+convert(2 "output is required" scene.obj)
+expect_files(${there})
+file(SHA256 ${WORK}/scene.mtl copied)
+file(SHA256 ${library} original)
+if(NOT copied STREQUAL original)
+    message(FATAL_ERROR "the library has changed")
+endif()

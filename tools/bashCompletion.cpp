@@ -1,0 +1,52 @@
+// Writes the completion for bash. Covered by tests/tools/bashCompletion.cmake.
+#include "commandTexts.h"
+#include "manPage.h"
+
+namespace obj_adapter::tool {
+
+namespace {
+
+std::string longNamesOf(const CommandTexts& command) {
+    std::string names;
+    for (const OptionGroup& group : command.groups) {
+        for (const OptionText& option : group.options)
+            names += (names.empty() ? "" : " ") + option.names.back();
+    }
+    return names;
+}
+
+}  // namespace
+
+// Options behind a hyphen, files otherwise. Names of files are completed by bash
+// itself, so that blanks in them are quoted.
+std::string makeBashCompletion(const CLI::App& program) {
+    std::string verbs;
+    std::string cases;
+    for (const CommandTexts& verb : describeVerbs(program)) {
+        verbs += (verbs.empty() ? "" : " ") + verb.name;
+        cases += "        " + verb.name + ") options=\"" + longNamesOf(verb) + "\" ;;\n";
+    }
+    return "# Completion of obj_adapter for bash. Made by the program itself.\n"
+           "_obj_adapter() {\n"
+           "    local word=\"${COMP_WORDS[COMP_CWORD]}\" options=\"\"\n"
+           "    COMPREPLY=()\n"
+           "    if ((COMP_CWORD == 1)); then\n"
+           "        mapfile -t COMPREPLY < <(compgen -W \"" +
+           verbs +
+           " --help --version\" -- \"$word\")\n"
+           "        return\n"
+           "    fi\n"
+           "    case \"${COMP_WORDS[1]}\" in\n" +
+           cases +
+           "    esac\n"
+           "    case \"${COMP_WORDS[COMP_CWORD-1]}\" in\n"
+           "        --subdivide) options=\"ITERATIONS FACE_COUNT VERTEX_COUNT\" ;;\n"
+           "        --up) options=\"y z\" ;;\n"
+           "        *) [[ \"$word\" == -* ]] || return ;;\n"
+           "    esac\n"
+           "    mapfile -t COMPREPLY < <(compgen -W \"$options\" -- \"$word\")\n"
+           "}\n"
+           "complete -o default -F _obj_adapter obj_adapter\n";
+}
+
+}  // namespace obj_adapter::tool
