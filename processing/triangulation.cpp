@@ -4,6 +4,7 @@
 #include "processing/triangulation.h"
 
 #include "converter/messages.h"
+#include "converter/progress.h"
 #include "processing/cornerPositions.h"
 #include "processing/pointInTriangle.h"
 
@@ -13,6 +14,7 @@
 #include <limits>
 #include <numeric>
 #include <stdexcept>
+#include <utility>
 
 namespace obj_adapter {
 
@@ -71,12 +73,13 @@ void takeOut(std::span<Element>& list, std::size_t place) noexcept {
 
 // A pass without an ear changes nothing, so every further pass is the same: the
 // import stays here, as hosts have known it, unless it is told to skip such
-// polygons. The volatile read keeps the loop in the program.
+// polygons, or the host cancels it. The volatile read keeps the loop in the program.
 [[noreturn]] void repeatPassWithoutEnd() {
     const volatile bool isPolygonUnchanged = true;
     for (;;) {
-        while (isPolygonUnchanged) {
+        for (std::size_t test = 0; test < WORK_BETWEEN_CALLS && isPolygonUnchanged; ++test) {
         }
+        countWork(WORK_BETWEEN_CALLS);
     }
 }
 
@@ -146,6 +149,7 @@ bool Triangulator::clipEars(CornerClasses classes, const std::vector<FaceElement
         if (originals.size() == CORNERS_OF_LAST_TRIANGLE)
             return true;
 
+        countTests(positions.size());
         removeCorner(ear);
         const std::optional<CornerClasses> newClasses = classifyCorners(normals);
         if (!newClasses)
@@ -192,6 +196,7 @@ bool Triangulator::isBlocked(std::size_t corner) {
 
     const std::size_t previous = previousOf(corner);
     const std::size_t next = nextOf(corner);
+    countTests(positions.size() - other);
     const TriangleContainment triangle(positions[previous], positions[corner], positions[next]);
     for (; other < positions.size(); ++other) {
         if (other == previous || other == corner || other == next)
@@ -202,6 +207,13 @@ bool Triangulator::isBlocked(std::size_t corner) {
         }
     }
     return false;
+}
+
+// Large polygons take long: the host is asked meanwhile.
+void Triangulator::countTests(std::size_t tests) {
+    uncountedTests += tests;
+    if (uncountedTests >= WORK_COUNTED_AT_ONCE)
+        countWork(std::exchange(uncountedTests, 0));
 }
 
 // What depends on neighbours is renewed for those of the corner.

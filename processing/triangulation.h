@@ -29,7 +29,8 @@ public:
     // skipPolygonsWithoutEar  false: a polygon none of whose corners can be cut
     //                         off runs without end. True: std::runtime_error.
     //
-    // Throws std::runtime_error also for corners on one straight line.
+    // Throws ImportCancelled when the host wants to stop, and std::runtime_error also for corners
+    // on one straight line.
     //
     // n corners give n - 2 triangles; fewer if those that remain at some point
     // lie on one straight line, or in any other way have normals that add up to
@@ -55,6 +56,7 @@ private:
     void startClipping();
     std::size_t findEar(const CornerClasses& classes);
     bool isBlocked(std::size_t corner);
+    void countTests(std::size_t tests);
     void removeCorner(std::size_t corner);
     void recomputeNormal(std::size_t corner);
     std::size_t previousOf(std::size_t corner) const noexcept;
@@ -69,6 +71,8 @@ private:
 
     // By place in the whole polygon: 1 once the corner is cut off.
     std::span<unsigned char> isCutOff;
+
+    std::size_t uncountedTests = 0;
 
     Room<Vector3> positionRoom;
     Room<Vector3> normalRoom;

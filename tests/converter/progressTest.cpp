@@ -268,6 +268,42 @@ TEST_F(ProgressTest, aRoundThatIsCancelledWhileItRunsIsWhole) {
     }
 }
 
+// The host leaves a polygon that would keep the import for ever.
+TEST_F(ProgressTest, theEndlessPassCanBeCancelled) {
+    const std::string text =
+        "v 0 1 0\nv 3 0 0\nv 1 0 0\nv 2 0 0\nv 0 0 0\n"
+        "f 1 2 3\nf 1 2 3 4 5\nf 2 3 4\n";
+    int calls = 0;
+    host.answer = [&calls](const Call& call) {
+        EXPECT_EQ(call.stage, ObjConverter::STAGE_READING);
+        return ++calls < 5;
+    };
+    EXPECT_EQ(import(text), ObjConverter::CONVERTER_ERROR);
+    EXPECT_EQ(recorder.getText(),
+              "3|Obj Converter Import:\n"
+              "3|Reading input file...\n"
+              "1|Stopping conversion... Cancelled by host\n");
+    EXPECT_EQ(converter().getNumberOfFaces(), 1);
+    EXPECT_EQ(findViolations(viewOf(converter()), ModelState::ENDED_EARLY), "");
+}
+
+// A comb: every other corner lies low.
+TEST_F(ProgressTest, isToldWhileALargePolygonIsSplit) {
+    constexpr int TEETH = 2000;
+    std::string text;
+    std::string face = "f";
+    for (int tooth = 0; tooth < TEETH; ++tooth) {
+        text += "v " + std::to_string(2 * tooth) + " 0 0\nv " + std::to_string(2 * tooth + 1) +
+                " 10 0\n";
+        face += " " + std::to_string(2 * tooth + 1) + " " + std::to_string(2 * tooth + 2);
+    }
+    text += "v 4000 -1 0\nv -1 -1 0\n";
+    face += " 4001 4002\n";
+    ASSERT_EQ(import(text + face), ObjConverter::CONVERTER_OK);
+    EXPECT_EQ(converter().getNumberOfFaces(), 2 * TEETH);
+    EXPECT_GT(host.calls.size(), 4U);
+}
+
 // A library that is read when the host cancels is no missing library.
 TEST_F(ProgressTest, cancellingInALibraryGivesNoOtherMessage) {
     std::string library;
