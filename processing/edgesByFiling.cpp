@@ -1,7 +1,6 @@
-// Finds the edges of any mesh without a search: sides are filed under their lower
-// end, and under each the higher ends are marked as they come. Linear whatever the
-// shape, at a fifth more than the whole round costs with edges found by groups.
-// Covered by tests/processing/edgeAdjacencyTest.cpp.
+// Finds the edges of any mesh without a search, in linear time whatever its shape:
+// sides are filed under their lower end, and under each the higher ends are marked
+// as they come. Covered by tests/processing/edgeAdjacencyTest.cpp.
 #include "processing/edgeWalk.h"
 #include "processing/faceSurvey.h"
 
