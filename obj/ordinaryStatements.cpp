@@ -7,7 +7,10 @@
 #include "obj/ordinaryNumbers.h"
 #include "obj/textSource.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <string_view>
 
 namespace obj_adapter {
@@ -34,20 +37,66 @@ bool isEndOfToken(char character) noexcept {
     return isBlank(character) || character == '\r' || isLineFeed(character);
 }
 
-// The blank before a number, and the number; null if it is not ordinary.
-const char* readBlankAndDouble(const char* position, double& value) noexcept {
-    if (!isBlank(*position))
-        return nullptr;
-    position = readOrdinaryDouble(skipBlanks(position + 1), value);
-    return position != nullptr && isEndOfToken(*position) ? position : nullptr;
+// v x y z [w]
+struct VertexStatement {
+    static constexpr std::string_view KEYWORD = "v";
+    static constexpr double Vertex::*NUMBERS[] = {&Vertex::x, &Vertex::y, &Vertex::z, &Vertex::w};
+    static constexpr std::size_t REQUIRED = 3;
+    static constexpr double DEFAULT = 1.0;  // of what is not required
+    static constexpr auto TABLE = &ObjModel::vertices;
+};
+
+// vt u v [w]
+struct TexturePointStatement {
+    static constexpr std::string_view KEYWORD = "vt";
+    static constexpr double TexturePoint::*NUMBERS[] = {&TexturePoint::u, &TexturePoint::v,
+                                                        &TexturePoint::w};
+    static constexpr std::size_t REQUIRED = 2;
+    static constexpr double DEFAULT = 0.0;
+    static constexpr auto TABLE = &ObjModel::texturePoints;
+};
+
+// vn x y z
+struct NormalStatement {
+    static constexpr std::string_view KEYWORD = "vn";
+    static constexpr double NormalPoint::*NUMBERS[] = {&NormalPoint::x, &NormalPoint::y,
+                                                       &NormalPoint::z};
+    static constexpr std::size_t REQUIRED = 3;
+    static constexpr double DEFAULT = 0.0;
+    static constexpr auto TABLE = &ObjModel::normalPoints;
+};
+
+template <typename Statement>
+bool beginsLine(const char* position) noexcept {
+    for (const char character : Statement::KEYWORD) {
+        if (*position++ != character)
+            return false;
+    }
+    return isBlank(*position);
 }
 
-// The same for a number that may be missing at the end of the line.
-const char* readBlankAndOptionalDouble(const char* position, double& value) noexcept {
-    const char* token = skipBlanks(position);
-    if (isLineFeed(*token) || (token[0] == '\r' && isLineFeed(token[1])))
-        return token;
-    return readBlankAndDouble(position, value);
+// The numbers behind the keyword, and the rest of the line, which is ignored; null
+// where something is not ordinary.
+//
+// One call of the conversion for all numbers, so that compilers put it in place: whole
+// imports gained 1 to 10 %.
+template <typename Statement, typename Record>
+const char* readNumbers(const char* position, Record& record) noexcept {
+    constexpr std::size_t COUNT = std::size(Statement::NUMBERS);
+    for (std::size_t i = Statement::REQUIRED; i < COUNT; ++i)
+        record.*Statement::NUMBERS[i] = Statement::DEFAULT;
+    for (std::size_t i = 0; i < COUNT; ++i) {
+        const char* token = skipBlanks(position);
+        if (i >= Statement::REQUIRED &&
+            (isLineFeed(*token) || (token[0] == '\r' && isLineFeed(token[1]))))
+            break;
+        if (token == position)
+            return nullptr;
+        position = readOrdinaryDouble(token, record.*Statement::NUMBERS[i]);
+        if (position == nullptr || !isEndOfToken(*position))
+            return nullptr;
+    }
+    return skipRestOfLine(position);
 }
 
 }  // namespace
@@ -58,14 +107,14 @@ void OrdinaryStatements::read(LogicalLineReader& lines, int& currentMaterial) {
     const char* const end = position + text.size();
     while (position != end) {
         const char* const begin = position;
-        if (position[0] == 'v' && isBlank(position[1]))
-            position = readVertices(lines, position, end);
+        if (beginsLine<VertexStatement>(position))
+            position = readPoints<VertexStatement>(lines, position, end);
         else if (position[0] == 'f' && isBlank(position[1]))
             position = readFaces(lines, position, end, currentMaterial);
-        else if (position[0] == 'v' && position[1] == 't')
-            position = readTexturePoints(lines, position, end);
-        else if (position[0] == 'v' && position[1] == 'n')
-            position = readNormals(lines, position, end);
+        else if (beginsLine<TexturePointStatement>(position))
+            position = readPoints<TexturePointStatement>(lines, position, end);
+        else if (beginsLine<NormalStatement>(position))
+            position = readPoints<NormalStatement>(lines, position, end);
         else if (position[0] == 'u' &&
                  (position = readMaterialSelection(position, currentMaterial)) != begin)
             lines.countReadyLine();
@@ -76,73 +125,18 @@ void OrdinaryStatements::read(LogicalLineReader& lines, int& currentMaterial) {
     lines.skipReadyLines(static_cast<std::size_t>(position - text.data()));
 }
 
-// v x y z [w]
-const char* OrdinaryStatements::readVertices(LogicalLineReader& lines, const char* position,
-                                             const char* end) noexcept {
-    while (position != end && position[0] == 'v' && isBlank(position[1]) &&
-           hasRoomForRecord(model.vertices)) {
-        Vertex& vertex = recordBehindTheLast(model.vertices);
-        vertex.w = 1.0;
-        const char* next = readBlankAndDouble(position + 1, vertex.x);
-        if (next != nullptr)
-            next = readBlankAndDouble(next, vertex.y);
-        if (next != nullptr)
-            next = readBlankAndDouble(next, vertex.z);
-        if (next != nullptr && !isLineFeed(*next))
-            next = readBlankAndOptionalDouble(next, vertex.w);
-        if (next != nullptr)
-            next = skipRestOfLine(next);
+// Lines of vertices, texture points or normals.
+template <typename Statement>
+const char* OrdinaryStatements::readPoints(LogicalLineReader& lines, const char* position,
+                                           const char* end) noexcept {
+    auto& table = model.*Statement::TABLE;
+    while (position != end && beginsLine<Statement>(position) && hasRoomForRecord(table)) {
+        auto& record = recordBehindTheLast(table);
+        const char* next = readNumbers<Statement>(position + Statement::KEYWORD.size(), record);
         if (next == nullptr)
             break;
-        vertex.index = model.getNumberOfVertices();
-        keepRecordBehindTheLast(model.vertices);
-        lines.countReadyLine();
-        position = next;
-    }
-    return position;
-}
-
-// vt u v [w]
-const char* OrdinaryStatements::readTexturePoints(LogicalLineReader& lines, const char* position,
-                                                  const char* end) noexcept {
-    while (position != end && position[0] == 'v' && position[1] == 't' &&
-           hasRoomForRecord(model.texturePoints)) {
-        TexturePoint& texturePoint = recordBehindTheLast(model.texturePoints);
-        texturePoint.w = 0.0;
-        const char* next = readBlankAndDouble(position + 2, texturePoint.u);
-        if (next != nullptr)
-            next = readBlankAndDouble(next, texturePoint.v);
-        if (next != nullptr && !isLineFeed(*next))
-            next = readBlankAndOptionalDouble(next, texturePoint.w);
-        if (next != nullptr)
-            next = skipRestOfLine(next);
-        if (next == nullptr)
-            break;
-        texturePoint.index = model.getNumberOfTexturePoints();
-        keepRecordBehindTheLast(model.texturePoints);
-        lines.countReadyLine();
-        position = next;
-    }
-    return position;
-}
-
-// vn x y z
-const char* OrdinaryStatements::readNormals(LogicalLineReader& lines, const char* position,
-                                            const char* end) noexcept {
-    while (position != end && position[0] == 'v' && position[1] == 'n' &&
-           hasRoomForRecord(model.normalPoints)) {
-        NormalPoint& normal = recordBehindTheLast(model.normalPoints);
-        const char* next = readBlankAndDouble(position + 2, normal.x);
-        if (next != nullptr)
-            next = readBlankAndDouble(next, normal.y);
-        if (next != nullptr)
-            next = readBlankAndDouble(next, normal.z);
-        if (next != nullptr)
-            next = skipRestOfLine(next);
-        if (next == nullptr)
-            break;
-        normal.index = model.getNumberOfNormalPoints();
-        keepRecordBehindTheLast(model.normalPoints);
+        record.index = static_cast<std::int32_t>(table.size());
+        keepRecordBehindTheLast(table);
         lines.countReadyLine();
         position = next;
     }

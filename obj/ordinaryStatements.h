@@ -27,12 +27,9 @@ public:
 private:
     // Each reads lines of its own kind, counts them, and returns where the next line
     // begins.
-    const char* readVertices(LogicalLineReader& lines, const char* position,
-                             const char* end) noexcept;
-    const char* readTexturePoints(LogicalLineReader& lines, const char* position,
-                                  const char* end) noexcept;
-    const char* readNormals(LogicalLineReader& lines, const char* position,
-                            const char* end) noexcept;
+    template <typename Statement>
+    const char* readPoints(LogicalLineReader& lines, const char* position,
+                           const char* end) noexcept;
     const char* readFaces(LogicalLineReader& lines, const char* position, const char* end,
                           int currentMaterial);
     const char* readMaterialSelection(const char* position, int& currentMaterial) noexcept;
