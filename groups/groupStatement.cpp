@@ -6,6 +6,7 @@
 #include "obj/lineTokens.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <string>
 #include <utility>
 #include <vector>
@@ -20,6 +21,14 @@ std::string nameFromToken(const Token& token) {
     std::string name = token.text();
     std::replace(name.begin(), name.end(), '\\', '_');
     return name;
+}
+
+// Of the rest of a line: the token taken last, and those that follow it.
+std::size_t countTokens(Token token, LineTokens following) noexcept {
+    std::size_t count = 0;
+    for (; !token.isMissing(); token = following.next())
+        ++count;
+    return count;
 }
 
 }  // namespace
@@ -39,6 +48,7 @@ void handleGroupStatement(ObjModel& model, LineTokens& tokens) {
     }
 
     std::vector<std::string> names;
+    names.reserve(1 + countTokens(token, tokens));
     names.push_back(nameFromToken(first));
     for (; !token.isMissing(); token = tokens.next())
         names.push_back(nameFromToken(token));

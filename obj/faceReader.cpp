@@ -24,7 +24,8 @@ namespace {
 
 // [-] digits that name one of count records read so far; null for anything else,
 // and for more digits than every index fits.
-const char* readOrdinaryIndex(const char* position, int count, std::int32_t& index) noexcept {
+inline const char* readOrdinaryIndex(const char* position, int count,
+                                     std::int32_t& index) noexcept {
     constexpr std::ptrdiff_t MAX_DIGITS = 9;
     constexpr unsigned DECIMAL = 10;
     const bool isNegative = *position == '-';
@@ -44,8 +45,8 @@ const char* readOrdinaryIndex(const char* position, int count, std::int32_t& ind
 
 // The blank before a corner, and the corner in any of its forms; null where it is not
 // ordinary.
-const char* readBlankAndCorner(const char* position, const ObjModel& model,
-                               FaceElement& corner) noexcept {
+inline const char* readBlankAndCorner(const char* position, const ObjModel& model,
+                                      FaceElement& corner) noexcept {
     if (!isBlank(*position))
         return nullptr;
     corner.textureIndex = NO_INDEX;
@@ -137,7 +138,9 @@ const char* FaceReader::readOrdinaryFace(const char* position, int currentMateri
         return next;
     }
     try {
-        corners.assign(std::begin(face.elements), std::end(face.elements));
+        corners.resize(CORNERS_PER_FACE);
+        for (std::size_t i = 0; i < CORNERS_PER_FACE; ++i)
+            corners[i] = face.elements[i];
         return readOrdinaryPolygon(position, currentMaterial);
     } catch (const std::exception&) {
         return nullptr;
@@ -165,7 +168,8 @@ const char* FaceReader::readOrdinaryPolygon(const char* position, int currentMat
         return nullptr;
     for (const Face& triangle : triangles) {
         Face& face = recordBehindTheLast(model.faces);
-        std::copy(std::begin(triangle.elements), std::end(triangle.elements), face.elements);
+        for (std::size_t i = 0; i < CORNERS_PER_FACE; ++i)
+            face.elements[i] = triangle.elements[i];
         completeFace(face, currentMaterial);
         keepRecordBehindTheLast(model.faces);
     }
