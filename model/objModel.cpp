@@ -59,9 +59,14 @@ void ObjModel::addFaceToCurrentGroup(int faceIndex) {
 void ObjModel::addLastFacesToCurrentGroup(std::size_t faceCount) {
     assert(!groups.empty() && faceCount <= faces.size());
     std::vector<int>& list = groups.back().faceIndices;
-    // A list that is begun here may well be complete; a longer one grows on.
-    if (list.capacity() - list.size() < faceCount)
-        list.reserve(std::max(list.size() + faceCount, 2 * list.capacity()));
+    // A list that is begun here may well be complete. One that is long by now grows
+    // fast: what it does not come to use is never touched, and each step costs a copy
+    // on fresh pages.
+    constexpr std::size_t LONG_LIST = std::size_t{64} * 1024;
+    if (list.capacity() - list.size() < faceCount) {
+        const std::size_t growth = list.capacity() < LONG_LIST ? 2 : 4;
+        list.reserve(std::max(list.size() + faceCount, growth * list.capacity()));
+    }
     for (std::size_t face = faces.size() - faceCount; face < faces.size(); ++face)
         list.push_back(static_cast<int>(face));
     hierarchyValid = false;
