@@ -130,16 +130,18 @@ private:
         printPlaces(issue, indent);
     }
 
-    // "lines 4, 9, 12, ..." of one file, or "a.mtl: line 3".
+    // "at a.obj:4, 9, 12, ..."; places in another file begin with its name.
     void printPlaces(const Issue& issue, const std::string& indent) {
         if (issue.places.empty())
             return;
-        const std::string& fileName = issue.places.front().fileName;
-        out << indent << printableText(fileName) << (issue.count == 1 ? ": line " : ": lines ");
-        const char* separator = "";
+        out << indent << "at ";
+        const std::string* fileName = nullptr;
         for (const Place& place : issue.places) {
-            out << separator << place.line;
-            separator = ", ";
+            out << (fileName == nullptr ? "" : ", ");
+            if (fileName == nullptr || *fileName != place.fileName)
+                out << printableText(place.fileName) << ":";
+            out << place.line;
+            fileName = &place.fileName;
         }
         const bool isCut = static_cast<std::size_t>(issue.count) > issue.places.size();
         out << (isCut ? ", ...\n" : "\n");

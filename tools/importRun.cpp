@@ -67,11 +67,21 @@ private:
     std::array<Record, std::size(STAGES)> records;
 };
 
+// The converter takes a name without a directory for a directory.
+constexpr std::string_view CURRENT_DIRECTORY = "./";
+
+bool hasDirectory(const std::string& fileName) {
+    return fileName.find_first_of("/\\") != std::string::npos;
+}
+
 // What an import tells while it runs.
 class RunningImport {
 public:
-    RunningImport(ObjConverter& runningConverter, const MessageReceiver& messageReceiver)
-        : converter(runningConverter), receiver(messageReceiver) {}
+    RunningImport(ObjConverter& runningConverter, const ImportSettings& importSettings,
+                  const MessageReceiver& messageReceiver)
+        : converter(runningConverter),
+          hasOwnDirectory(hasDirectory(importSettings.fileName)),
+          receiver(messageReceiver) {}
 
     void receive(int level, const char* text) {
         stages.receive(text, Clock::now());
@@ -105,11 +115,19 @@ private:
                 {std::string(text.substr(ANNOUNCEMENT.size())), converter.getNumberOfMaterials()});
     }
 
-    // The converter does not tell where it is reading. Once it does, its answer
-    // goes into the message here, and all that shows messages shows it.
-    static ImportMessage locate(ImportMessage message) { return message; }
+    // Messages behind the last line, on what was tallied, have no line. Names are
+    // those of the command line.
+    ImportMessage locate(ImportMessage message) const {
+        if (const char* fileName = converter.getCurrentFileName())
+            message.fileName = fileName;
+        if (!hasOwnDirectory && message.fileName.starts_with(CURRENT_DIRECTORY))
+            message.fileName.erase(0, CURRENT_DIRECTORY.size());
+        message.line = converter.getCurrentLineNumber();
+        return message;
+    }
 
     ObjConverter& converter;
+    bool hasOwnDirectory;
     const MessageReceiver& receiver;
     ProgressLine progress;
 };
@@ -141,7 +159,7 @@ std::string levelPrefix(int level) {
 }
 
 std::string placeOf(const ImportMessage& message) {
-    if (message.line <= 0)
+    if (message.line <= 0 || message.level >= ObjConverter::MESSAGE_INFORMATION)
         return {};
     return printableText(message.fileName) + ":" + std::to_string(message.line) + ": ";
 }
@@ -157,11 +175,6 @@ std::string formatMessage(const ImportMessage& message) {
         rest.remove_prefix(lineEnd + 1);
     }
     return text + printableText(rest) + "\n";
-}
-
-// The library takes a name without a directory for a directory.
-std::string withDirectory(const std::string& fileName) {
-    return fileName.find_first_of("/\\") == std::string::npos ? "./" + fileName : fileName;
 }
 
 void applySettings(ObjConverter& converter, const ImportSettings& settings) {
@@ -198,10 +211,11 @@ ImportRun runImport(const ImportSettings& settings, const MessageReceiver& recei
     }
     applySettings(*converter, settings);
 
-    RunningImport running(*converter, receiver);
+    RunningImport running(*converter, settings, receiver);
     runningImport = &running;
     converter->setProgressCallback(receiveProgress, &running);
-    const int code = converter->importObjDataFromFile(withDirectory(settings.fileName).c_str());
+    const std::string directory(hasDirectory(settings.fileName) ? "" : CURRENT_DIRECTORY);
+    const int code = converter->importObjDataFromFile((directory + settings.fileName).c_str());
     const Clock::time_point end = Clock::now();
     converter->setProgressCallback(nullptr, nullptr);
     runningImport = nullptr;

@@ -43,6 +43,19 @@ std::string describe(const tool::CheckReport& report) {
     return text;
 }
 
+// "test.obj:5 a.mtl:2 | " with a bar behind each issue.
+std::string describePlaces(const tool::CheckReport& report) {
+    std::string text;
+    for (const tool::Issue& issue : report.issues) {
+        for (const tool::Place& place : issue.places) {
+            const std::size_t slash = place.fileName.rfind('/');
+            text += place.fileName.substr(slash + 1) + ":" + std::to_string(place.line) + " ";
+        }
+        text += "| ";
+    }
+    return text;
+}
+
 tool::CheckReport check(const TemporaryDirectory& directory, const std::string& objText,
                         const std::map<std::string, std::string>& otherFiles = {}) {
     for (const auto& [name, content] : otherFiles)
@@ -115,6 +128,19 @@ TEST(CheckReportTest, Cases) {
         EXPECT_TRUE(report.succeeded);
         EXPECT_EQ(describe(report), row.issues);
     }
+}
+
+TEST(CheckReportTest, Places) {
+    const TemporaryDirectory directory;
+    const tool::CheckReport report =
+        check(directory,
+              std::string(TRIANGLE) +
+                  "v 1\n\nmtllib a.mtl\nv 2 \\\n x\nv 3\nmtllib b.mtl\ns 1\n"
+                  "v 4\nv 5\nv 6\nv 7\n",
+              {{"a.mtl", "newmtl a\nd x\n"}, {"b.mtl", "\nnewmtl b\nd x\n"}});
+    EXPECT_EQ(describePlaces(report),
+              "test.obj:5 test.obj:10 test.obj:13 test.obj:14 test.obj:15 | "
+              "a.mtl:2 b.mtl:3 | test.obj:8 | | ");
 }
 
 TEST(CheckReportTest, MissingFile) {
