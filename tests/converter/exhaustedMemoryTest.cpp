@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 #include <obj_adapter/obj_adapter.h>
 
+#include <optional>
 #include <string>
 
 namespace obj_adapter::test {
@@ -143,6 +144,41 @@ TEST(ExhaustedMemory, anImportLeavesAWholeModel) {
                       "");
         });
     EXPECT_GT(endedEarly, 10);
+    ObjConverter::clearInstance();
+}
+
+// The faces of a group join its list together. Without memory for the list none of
+// them is there, each is reported, and reading goes on.
+TEST(ExhaustedMemory, facesWithoutMemoryForTheirGroupsListAreReported) {
+    const TemporaryDirectory directory;
+    std::string text = "v 0 0 0\nv 1 0 0\nv 1 1 0\nf 1 2 3\nf 1 2 3\nf 1 2 3\nf 1 2 3\nf 1 2 3\n";
+    text += "g second\nf 2 3 1\nf 3 1 2\ng third\nf 1 3 2\n";
+    const std::string file = directory.write("a.obj", text);
+    int listsWithoutMemory = 0;
+    MessageRecorder* recorder = nullptr;
+    std::optional<MessageRecorder> present;
+    failAtEveryAllocation(
+        [&] {
+            present.reset();
+            ObjConverter::clearInstance();
+            ObjConverter::getInstance()->setDataCompaction(false);
+            recorder = &present.emplace();
+        },
+        [&] { ObjConverter::getInstance()->importObjDataFromFile(file.c_str()); },
+        [&](bool) {
+            ObjConverter& converter = *ObjConverter::getInstance();
+            const std::string FAILURE = "1|Could not process face. bad allocation Skipping face.\n";
+            if (recorder->getText().find(FAILURE + FAILURE + "3|Done") == std::string::npos)
+                return;
+            // Those of the second group, and of them alone.
+            ++listsWithoutMemory;
+            EXPECT_EQ(converter.getNumberOfFaces(), 6);
+            EXPECT_EQ(converter.getNumberOfGroups(), 2);
+            EXPECT_EQ(converter.getGroup(1)->name, "third");
+            EXPECT_EQ(findViolations(viewOf(converter), ModelState::READ), "");
+        });
+    EXPECT_EQ(listsWithoutMemory, 1);
+    present.reset();
     ObjConverter::clearInstance();
 }
 
