@@ -1,6 +1,8 @@
 // Covers groups/group.cpp and groups/groupText.cpp.
 #include "groups/groupText.h"
 
+#include "support/countedMemory.h"
+
 #include <obj_adapter/group.h>
 
 #include <gtest/gtest.h>
@@ -143,6 +145,21 @@ FaceElement corner(std::int32_t vertex, std::int32_t texture, std::int32_t norma
     element.textureIndex = texture;
     element.normalIndex = normal;
     return element;
+}
+
+TEST(GroupTest, AFaceThatFindsNoMemoryIsLeftOut) {
+    Group group = simpleGroup("wheel");
+    group.addFaceIndex(7);
+    group.faceIndices.shrink_to_fit();
+    bool hasFailed = false;
+    {
+        const AllocationBudget none(0);
+        group.addFaceIndex(8);
+        hasFailed = none.isExceeded();
+    }
+    EXPECT_TRUE(hasFailed);
+    group.addFaceIndex(9);
+    EXPECT_EQ(group.faceIndices, (std::vector<int>{7, 9}));
 }
 
 struct CornersCase {

@@ -115,6 +115,28 @@ TEST(FaceStatement, fourCornersOnALineCannotBeSplit) {
     EXPECT_EQ(result.readingMessages, "1|Could not split non-triangular face. Skipping face.\n");
 }
 
+// Reading takes another way from some number of corners on.
+TEST(FaceStatement, aConvexPolygonIsAFanWhateverItsSize) {
+    for (int count = 60; count <= 70; ++count) {
+        SCOPED_TRACE(count);
+        std::string vertices;
+        std::string statement = "f";
+        std::string expected;
+        for (int corner = 0; corner < count; ++corner) {
+            // On a parabola.
+            vertices +=
+                "v " + std::to_string(corner) + " " + std::to_string(corner * corner) + " 0\n";
+            statement += " " + std::to_string(corner + 1);
+            if (corner >= 2)
+                expected += (corner > 2 ? " [0 " : "[0 ") + std::to_string(corner - 1) + " " +
+                            std::to_string(corner) + "]";
+        }
+        const ImportResult result = importText(vertices + statement + "\n");
+        EXPECT_EQ(describeFaces(result.model), expected);
+        EXPECT_EQ(result.readingMessages, "");
+    }
+}
+
 TEST(FaceStatement, positiveAndRelativeIndicesNameTheSameFace) {
     const ImportResult result = importText(RECORDS + "f 1 2 3\nf -4 -3 -2\n");
     EXPECT_EQ(describeFaces(result.model), "[0 1 2] [0 1 2]");
