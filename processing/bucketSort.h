@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -91,6 +92,7 @@ private:
         bool hasOneKeyPerBucket() const { return shift == 0; }
         std::size_t getNumberOfBuckets() const { return getBucket(bounds.highest) + 1; }
         std::size_t getBucket(std::uint64_t key) const {
+            assert(key - bounds.lowest <= bounds.highest - bounds.lowest);
             return static_cast<std::size_t>((key - bounds.lowest) >> shift);
         }
         KeyBounds getBounds(std::size_t bucket) const {

@@ -72,18 +72,18 @@ std::optional<CornerClasses> classifyCorners(std::span<const Vector3> normals) n
 // (normal * sum) but for rounding, which does not amount to ten times 2^-53 of
 // scale * |normal| * |sum|, the lengths taken as sums of absolute values. So the
 // sign is certain where normal * sum exceeds a far greater share of |normal| *
-// |sum|, and neither that nor the square of the sum comes near the end of the range
-// of normal numbers. What is not a number fails every comparison.
+// |sum|, and nothing comes near the ends of the range of numbers. (If every normal
+// passes, the square of the sum, which is the sum of all normal * sum, is not small
+// either.) What is not a number fails every comparison.
 inline bool areCertainlyConvex(std::span<const Vector3> normals) noexcept {
     constexpr double CERTAIN_SHARE = 0x1p-40;
     constexpr double LEAST_PRODUCT = 1e-200;
-    constexpr double LEAST_SQUARE = 1e-150;
     constexpr double GREATEST_SQUARE = 1e150;
 
     const Vector3 sum = sumOfNormals(normals);
     const double square = dotProduct(sum, sum);
     const double share = sumOfAbsolutes(sum) * CERTAIN_SHARE;
-    bool areConvex = (square > LEAST_SQUARE) & (square < GREATEST_SQUARE);
+    bool areConvex = square < GREATEST_SQUARE;
     for (const Vector3& normal : normals)
         areConvex &= dotProduct(normal, sum) > sumOfAbsolutes(normal) * share + LEAST_PRODUCT;
     return areConvex;

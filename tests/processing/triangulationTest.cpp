@@ -558,6 +558,15 @@ TEST(CornerClassesTest, certaintyEndsWhereANormalStandsAcrossTheSum) {
     }
 }
 
+// The second normal loses its only bit to a component of the direction below one
+// half, and its corner is not convex.
+TEST(CornerClassesTest, certaintyEndsWhereAProductVanishes) {
+    const double least = std::numeric_limits<double>::denorm_min();
+    const std::array<Vector3, 2> normals = {{{3e129, 9e129, 3e129}, {0, 0, least}}};
+    ASSERT_EQ(classifyCorners(normals)->reflexCorners, 1U);
+    EXPECT_FALSE(areCertainlyConvex(normals));
+}
+
 struct PointCase {
     const char* title;
     const char* points;  // the point, then the triangle
