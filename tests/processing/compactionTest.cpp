@@ -25,6 +25,7 @@
 #include <cstdlib>
 #include <iterator>
 #include <limits>
+#include <memory>
 #include <new>
 #include <sstream>
 #include <string>
@@ -816,10 +817,11 @@ struct NumberKeys {
 
 // Collects where they stand what the visitor gets.
 void sortByVisits(std::vector<std::uint64_t>& numbers) {
-    BucketSorter<std::uint64_t, NumberKeys> sorter(numbers.size());
+    // Too large for a small stack.
+    const auto sorter = std::make_unique<BucketSorter<std::uint64_t, NumberKeys>>(numbers.size());
     std::size_t visits = 0;
-    sorter.visitInOrder(numbers.data(), numbers.size(), NumberKeys(),
-                        [&](std::uint64_t number) { numbers[visits++] = number; });
+    sorter->visitInOrder(numbers.data(), numbers.size(), NumberKeys(),
+                         [&](std::uint64_t number) { numbers[visits++] = number; });
     EXPECT_EQ(visits, numbers.size());
 }
 
