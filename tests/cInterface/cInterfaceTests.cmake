@@ -31,10 +31,13 @@ set(cExpected ${CMAKE_CURRENT_SOURCE_DIR}/cInterface/firstImport.expected)
 
 # Compiled into the folder of the libraries, where Windows looks for them.
 set(cProgram $<TARGET_FILE_DIR:obj_adapter_c>/firstImportInC${CMAKE_EXECUTABLE_SUFFIX})
+if(NOT WIN32)
+    set(cLinkFlags -Wl,-rpath,$<TARGET_FILE_DIR:obj_adapter_c>)
+endif()
 add_test(NAME cInterface/c/compile
     COMMAND ${firstCCompiler} -std=c99 ${cWarnings} ${hostFlags} -I${PROJECT_SOURCE_DIR}/include
         ${cExamples}/firstImport.c $<TARGET_LINKER_FILE:obj_adapter_c> -o ${cProgram}
-        $<$<PLATFORM_ID:Linux>:-Wl,-rpath,$<TARGET_FILE_DIR:obj_adapter_c>>)
+        ${cLinkFlags})
 set_tests_properties(cInterface/c/compile PROPERTIES FIXTURES_SETUP cExample)
 add_script_test(cInterface/c/run tools/runProgram.cmake
     PROGRAM=${emulator}${cProgram}
