@@ -27,6 +27,7 @@ find_path(VALIJSON_INCLUDE_DIR valijson/validator.hpp)
 mark_as_advanced(VALIJSON_INCLUDE_DIR)
 if(VALIJSON_INCLUDE_DIR)
     add_test_program(toolJsonTests tool_test_support tools/jsonSchemaTest.cpp)
+    allow_regular_expressions(toolJsonTests)
     target_include_directories(toolJsonTests SYSTEM PRIVATE ${VALIJSON_INCLUDE_DIR})
     target_compile_definitions(toolJsonTests PRIVATE
         OBJ_ADAPTER_TOOL_SCHEMA="${PROJECT_SOURCE_DIR}/docs/toolOutput.schema.json"
