@@ -163,7 +163,7 @@ const char* FaceReader::readOrdinaryPolygon(const char* position, int currentMat
     } while (next == nullptr);
 
     triangles.clear();
-    if (!triangulator.tryTriangulate(model, corners, triangles, settings.skipPolygonsWithoutEar) ||
+    if (!triangulator.tryTriangulate(model, corners, triangles) ||
         !hasRoomForRecords(model.faces, triangles.size()))
         return nullptr;
     for (const Face& triangle : triangles) {

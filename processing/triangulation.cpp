@@ -92,18 +92,37 @@ void fanTriangulate(const std::vector<FaceElement>& corners, std::vector<Face>& 
 
 void Triangulator::triangulate(const ObjModel& model, const std::vector<FaceElement>& corners,
                                std::vector<Face>& triangles, bool skipPolygonsWithoutEar) {
-    if (!tryTriangulate(model, corners, triangles, skipPolygonsWithoutEar))
-        reportError("Polygonal face has elements that cannot be processed. It will be skipped.");
+    hostMayBeAsked = true;
+    switch (split(model, corners, triangles)) {
+        case Outcome::SPLIT:
+            break;
+        case Outcome::NOT_TRIANGULABLE:
+            reportError(
+                "Polygonal face has elements that cannot be processed. It will be skipped.");
+            break;
+        case Outcome::WITHOUT_EAR:
+            if (!skipPolygonsWithoutEar)
+                repeatPassWithoutEnd();
+            triangles.clear();
+            throw std::runtime_error("Polygon without an ear");
+    }
 }
 
 bool Triangulator::tryTriangulate(const ObjModel& model, const std::vector<FaceElement>& corners,
-                                  std::vector<Face>& triangles, bool skipPolygonsWithoutEar) {
+                                  std::vector<Face>& triangles) {
+    hostMayBeAsked = false;
+    return split(model, corners, triangles) == Outcome::SPLIT;
+}
+
+Triangulator::Outcome Triangulator::split(const ObjModel& model,
+                                          const std::vector<FaceElement>& corners,
+                                          std::vector<Face>& triangles) {
     if (isPlainlyConvex(model, corners)) {
         fanTriangulate(corners, triangles);
-        return true;
+        return Outcome::SPLIT;
     }
     if (!isTriangulable(model, corners))
-        return false;
+        return Outcome::NOT_TRIANGULABLE;
     normals = normalRoom.take(corners.size());
     computeCornerNormals(positions, normals);
     const std::optional<CornerClasses> classes = classifyCorners(normals);
@@ -114,14 +133,9 @@ bool Triangulator::tryTriangulate(const ObjModel& model, const std::vector<FaceE
 
     if (classes->reflexCorners == 0) {
         fanTriangulate(corners, triangles);
-        return true;
+        return Outcome::SPLIT;
     }
-    if (clipEars(*classes, corners, triangles))
-        return true;
-    if (!skipPolygonsWithoutEar)
-        repeatPassWithoutEnd();
-    triangles.clear();
-    throw std::runtime_error("Polygon without an ear");
+    return clipEars(*classes, corners, triangles) ? Outcome::SPLIT : Outcome::WITHOUT_EAR;
 }
 
 // Indices of all corners first, then positions.
@@ -212,7 +226,7 @@ bool Triangulator::isBlocked(std::size_t corner) {
 // Large polygons take long: the host is asked meanwhile.
 void Triangulator::countTests(std::size_t tests) {
     uncountedTests += tests;
-    if (uncountedTests >= WORK_COUNTED_AT_ONCE)
+    if (hostMayBeAsked && uncountedTests >= WORK_COUNTED_AT_ONCE)
         countWork(std::exchange(uncountedTests, 0));
 }
 

@@ -38,10 +38,10 @@ public:
     void triangulate(const ObjModel& model, const std::vector<FaceElement>& corners,
                      std::vector<Face>& triangles, bool skipPolygonsWithoutEar);
 
-    // The same without a word to the host: false, and no triangles, for a polygon that
-    // would be reported.
+    // The same without a word to the host, and with an end: false, with triangles of no
+    // use, for a polygon that would be reported or has no ear.
     bool tryTriangulate(const ObjModel& model, const std::vector<FaceElement>& corners,
-                        std::vector<Face>& triangles, bool skipPolygonsWithoutEar);
+                        std::vector<Face>& triangles);
 
 private:
     // Corners that the object has room for.
@@ -50,6 +50,10 @@ private:
     template <typename Element>
     using Room = KeptRoom<Element, MAX_CORNERS_WITHIN>;
 
+    enum class Outcome { SPLIT, NOT_TRIANGULABLE, WITHOUT_EAR };
+
+    Outcome split(const ObjModel& model, const std::vector<FaceElement>& corners,
+                  std::vector<Face>& triangles);
     bool isTriangulable(const ObjModel& model, const std::vector<FaceElement>& corners);
     bool clipEars(CornerClasses classes, const std::vector<FaceElement>& corners,
                   std::vector<Face>& triangles);
@@ -73,6 +77,7 @@ private:
     std::span<unsigned char> isCutOff;
 
     std::size_t uncountedTests = 0;
+    bool hostMayBeAsked = true;
 
     Room<Vector3> positionRoom;
     Room<Vector3> normalRoom;

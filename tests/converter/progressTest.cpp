@@ -284,6 +284,7 @@ TEST_F(ProgressTest, theEndlessPassCanBeCancelled) {
               "3|Reading input file...\n"
               "1|Stopping conversion... Cancelled by host\n");
     EXPECT_EQ(converter().getNumberOfFaces(), 1);
+    EXPECT_EQ(converter().getGroup(0)->getNumberOfFaces(), 1);
     EXPECT_EQ(findViolations(viewOf(converter()), ModelState::ENDED_EARLY), "");
 }
 
