@@ -36,6 +36,7 @@ inline const char* skipEndOfLine(const char* position) noexcept {
 // digits after leading zeros. Moves behind the number; null where there is none
 // such, or where the value takes a closer look. The text must hold a character that
 // is no digit, and a minus must not be its last.
+// NOLINTNEXTLINE(readability-function-cognitive-complexity): one pass, part by part
 inline const char* readOrdinaryDouble(const char* position, double& value) noexcept {
     constexpr unsigned DECIMAL = 10;
     constexpr std::ptrdiff_t MAX_EXPONENT_DIGITS = 3;

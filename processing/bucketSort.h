@@ -106,6 +106,7 @@ private:
     };
 
     template <int KEY, typename Visit>
+    // NOLINTNEXTLINE(misc-no-recursion): at most as deep as the keys have bits
     void visitRun(Record* records, std::size_t count, Visit& visit) {
         const KeyBounds bounds = findBounds<KEY>(
             count, [&](std::size_t place) -> const Record& { return records[place]; });
@@ -113,6 +114,7 @@ private:
     }
 
     template <int KEY, typename Visit>
+    // NOLINTNEXTLINE(misc-no-recursion): at most as deep as the keys have bits
     void visitRunWithin(Record* records, std::size_t count, const KeyBounds& bounds, Visit& visit) {
         if (bounds.lowest == bounds.highest) {
             visitRunByNextKey<KEY>(records, count, visit);
@@ -241,6 +243,7 @@ private:
 
     // The tickets of records that all preceding keys call equal.
     template <int KEY>
+    // NOLINTNEXTLINE(misc-no-recursion): at most as deep as the keys have bits
     void sortTickets(Ticket* run, std::size_t count) {
         if (count <= FEW_TICKETS) {
             std::sort(run, run + count, [this](Ticket a, Ticket b) {
@@ -257,6 +260,7 @@ private:
     }
 
     template <int KEY>
+    // NOLINTNEXTLINE(misc-no-recursion): at most as deep as the keys have bits
     void sortTicketsWithin(Ticket* run, std::size_t count, const KeyBounds& bounds) {
         const Deal deal(bounds, TICKET_KEY_BITS);
         sortTicketsByBits<KEY>(run, count, deal);

@@ -66,7 +66,7 @@ std::string importSectionOf(const CommandTexts& verb) {
 
 std::string makeManPage(const CLI::App& program) {
     const std::vector<CommandTexts> verbs = describeVerbs(program);
-    std::string text = ".TH OBJ_ADAPTER 1 \"\" \"" + getProgramVersion() + "\"\n";
+    std::string text = R"(.TH OBJ_ADAPTER 1 "" ")" + getProgramVersion() + "\"\n";
     text += ".SH NAME\nobj_adapter \\- look at Wavefront OBJ files and convert them\n";
     text += ".SH SYNOPSIS\n";
     for (const CommandTexts& verb : verbs)

@@ -59,9 +59,9 @@ bool isTerminal(Stream stream) {
 }
 
 std::string colored(Stream stream, Color color, const std::string& text) {
-    static const bool colorsOfOutput = wantsColor(Stream::OUTPUT);
-    static const bool colorsOfErrors = wantsColor(Stream::ERROR_OUTPUT);
-    if (!(stream == Stream::OUTPUT ? colorsOfOutput : colorsOfErrors))
+    static const bool COLORS_OF_OUTPUT = wantsColor(Stream::OUTPUT);
+    static const bool COLORS_OF_ERRORS = wantsColor(Stream::ERROR_OUTPUT);
+    if (!(stream == Stream::OUTPUT ? COLORS_OF_OUTPUT : COLORS_OF_ERRORS))
         return text;
     const char* sequence = color == Color::RED      ? "\x1b[1;31m"
                            : color == Color::YELLOW ? "\x1b[1;33m"
