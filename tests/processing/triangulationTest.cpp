@@ -929,7 +929,8 @@ private:
     void disturb(std::array<double, 15>& coordinates, std::size_t count) {
         const auto corner = static_cast<std::size_t>(random.below(static_cast<int>(count)));
         const std::size_t before = (corner + count - 1) % count;
-        const std::size_t behind = (corner + random.between(1, 2)) % count;
+        const std::size_t behind =
+            (corner + static_cast<std::size_t>(random.between(1, 2))) % count;
         const double share = random.oneIn(3) ? random.below(2) : random.fraction();
         const double offset = std::ldexp(random.fraction() - 0.5, -random.below(60));
         const bool isOff = random.oneIn(2);
