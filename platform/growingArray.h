@@ -1,7 +1,8 @@
 // Internal: the array that the model's tables and the stages' large scratch are
-// made of. Like std::vector, under the same names, with two differences: a large
-// one grows without being copied (platform/growingMemory.h), and elements are
-// plain records, carried along as bytes.
+// made of. Like std::vector, under the same names, with one difference: a large one
+// has pages of its own (platform/growingMemory.h). Where elements are plain records it
+// grows without being copied; others are moved, seldom, as a large block of those asks
+// for far more addresses than it needs.
 #pragma once
 
 #include "platform/growingMemory.h"
@@ -9,7 +10,7 @@
 #include <algorithm>
 #include <cassert>
 #include <cstddef>
-#include <cstring>
+#include <initializer_list>
 #include <limits>
 #include <memory>
 #include <new>
@@ -21,8 +22,12 @@ namespace obj_adapter::platform {
 
 template <typename Element>
 class GrowingArray {
-    static_assert(std::is_trivially_copyable_v<Element> &&
-                  std::is_trivially_destructible_v<Element>);
+    // Carried along as bytes.
+    static constexpr bool IS_PLAIN =
+        std::is_trivially_copyable_v<Element> && std::is_trivially_destructible_v<Element>;
+
+    // Growth leaves the others whole when memory runs out.
+    static_assert(IS_PLAIN || std::is_nothrow_move_constructible_v<Element>);
     static_assert(alignof(Element) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__);
 
 public:
@@ -33,13 +38,16 @@ public:
     GrowingArray() noexcept = default;
     explicit GrowingArray(std::size_t size) { resize(size); }
     GrowingArray(std::size_t size, const Element& value) { resize(size, value); }
-    GrowingArray(const GrowingArray& other) { append(other.data(), other.size()); }
+    GrowingArray(std::initializer_list<Element> listed) : GrowingArray() {
+        append(listed.begin(), listed.size());
+    }
+    GrowingArray(const GrowingArray& other) : GrowingArray() { append(other.data(), other.size()); }
     GrowingArray(GrowingArray&& other) noexcept { swap(other); }
     GrowingArray& operator=(GrowingArray other) noexcept {
         swap(other);
         return *this;
     }
-    ~GrowingArray() = default;
+    ~GrowingArray() { clear(); }
 
     std::size_t size() const noexcept { return count; }
     bool empty() const noexcept { return count == 0; }
@@ -80,18 +88,22 @@ public:
     // The element may lie in this array.
     void push_back(const Element& element) {
         if (count == room) {
-            const Element copy = element;  // growing may move the original
+            Element copy = element;  // growing may move the original
             growForOneMore();
-            new (elements + count) Element(copy);
+            new (elements + count) Element(std::move(copy));
         } else {
             new (elements + count) Element(element);
         }
         ++count;
     }
 
+    // The arguments do not lie in this array.
     template <typename... Arguments>
     Element& emplace_back(Arguments&&... arguments) {
-        push_back(Element(std::forward<Arguments>(arguments)...));
+        if (count == room)
+            growForOneMore();
+        new (elements + count) Element(std::forward<Arguments>(arguments)...);
+        ++count;
         return back();
     }
 
@@ -105,36 +117,39 @@ public:
         reserve(size);
         for (; count < size; ++count)
             new (elements + count) Element();
-        count = size;
+        cutOff(size);
     }
     void resize(std::size_t size, const Element& value) {
         const Element copy = value;
         reserve(size);
         std::uninitialized_fill(elements + std::min(count, size), elements + size, copy);
-        count = size;
+        count = std::max(count, size);
+        cutOff(size);
     }
 
     // Like resize, but the caller writes every new element before it is read.
     void resizeUninitialized(std::size_t size) {
+        static_assert(IS_PLAIN);
         reserve(size);
         count = size;
     }
 
     void pop_back() noexcept {
         assert(count > 0);
-        --count;
+        cutOff(count - 1);
     }
-    void clear() noexcept { count = 0; }
+    void clear() noexcept { cutOff(0); }
 
     iterator erase(iterator position) noexcept { return erase(position, position + 1); }
     iterator erase(iterator first, iterator last) noexcept {
-        std::copy(last, end(), first);
-        count -= static_cast<std::size_t>(last - first);
+        std::move(last, end(), first);
+        cutOff(count - static_cast<std::size_t>(last - first));
         return first;
     }
 
     // Gives back what is not in use, as far as possible.
     void shrink_to_fit() noexcept {
+        static_assert(IS_PLAIN);
         memory.shrink(count * sizeof(Element));
         adoptMemory();
     }
@@ -148,7 +163,7 @@ public:
 
 private:
     static constexpr std::size_t MOST_ELEMENTS =
-        std::numeric_limits<std::size_t>::max() / 4 / sizeof(Element);
+        std::numeric_limits<std::size_t>::max() / 64 / sizeof(Element);
 
     void requirePosition(std::size_t position) const {
         if (position >= count)
@@ -164,17 +179,36 @@ private:
     void grow(std::size_t wanted, std::size_t likely) {
         if (wanted > MOST_ELEMENTS)
             throw std::length_error("Array too long");
-        memory.grow(count * sizeof(Element), wanted * sizeof(Element),
-                    std::min(likely, MOST_ELEMENTS) * sizeof(Element));
+        const std::size_t wantedBytes = wanted * sizeof(Element);
+        const std::size_t likelyBytes = std::min(likely, MOST_ELEMENTS) * sizeof(Element);
+        if constexpr (IS_PLAIN)
+            memory.grow(count * sizeof(Element), wantedBytes, likelyBytes);
+        else if (!memory.extend(wantedBytes))
+            moveToLarger(wantedBytes, likelyBytes);
         adoptMemory();
+    }
+
+    void moveToLarger(std::size_t wantedBytes, std::size_t likelyBytes) {
+        constexpr std::size_t MORE_ADDRESSES = 16;
+        GrowingMemory larger;
+        larger.grow(0, wantedBytes,
+                    likelyBytes < SMALLEST_OWN_PAGES ? likelyBytes : MORE_ADDRESSES * likelyBytes);
+        std::uninitialized_move(begin(), end(), static_cast<Element*>(larger.data()));
+        std::destroy(begin(), end());
+        memory.swap(larger);
     }
 
     void append(const Element* source, std::size_t sourceCount) {
         reserve(count + sourceCount);
-        if (sourceCount > 0)
-            std::memcpy(static_cast<void*>(elements + count), source,
-                        sourceCount * sizeof(Element));
+        std::uninitialized_copy_n(source, sourceCount, elements + count);
         count += sourceCount;
+    }
+
+    // size is at most the number of elements.
+    void cutOff(std::size_t size) noexcept {
+        assert(size <= count);
+        std::destroy(elements + size, elements + count);
+        count = size;
     }
 
     void adoptMemory() noexcept {

@@ -92,6 +92,11 @@ PageRange growRange(const PageRange& old, std::size_t, std::size_t wantedBytes,
     return grown;
 }
 
+// All of a range can be used from the beginning.
+PageRange extendRange(const PageRange&, std::size_t) noexcept {
+    return {};
+}
+
 void shrinkRange(PageRange& range, std::size_t usedBytes) noexcept {
     const std::size_t kept = roundedUp(usedBytes, PAGE_STEP);
     if (kept >= range.addressBytes)
@@ -143,13 +148,17 @@ PageRange makeRange(std::size_t wantedBytes, std::size_t likelyBytes) noexcept {
     return {};
 }
 
+PageRange extendRange(const PageRange& old, std::size_t wantedBytes) noexcept {
+    PageRange extended = old;
+    return commit(extended, wantedBytes) ? extended : PageRange{};
+}
+
 // Within its range a block stays where it is; beyond it, it is copied.
 PageRange growRange(const PageRange& old, std::size_t usedBytes, std::size_t wantedBytes,
                     std::size_t likelyBytes) noexcept {
-    PageRange grown = old;
     if (wantedBytes <= old.addressBytes)
-        return commit(grown, wantedBytes) ? grown : PageRange{};
-    grown = makeRange(wantedBytes, likelyBytes);
+        return extendRange(old, wantedBytes);
+    const PageRange grown = makeRange(wantedBytes, likelyBytes);
     if (grown.begin == nullptr)
         return {};
     std::memcpy(grown.begin, old.begin, usedBytes);
@@ -176,6 +185,10 @@ PageRange growRange(const PageRange&, std::size_t, std::size_t, std::size_t) noe
     return {};
 }
 
+PageRange extendRange(const PageRange&, std::size_t) noexcept {
+    return {};
+}
+
 void shrinkRange(PageRange&, std::size_t) noexcept {}
 
 void releaseRange(const PageRange&) noexcept {}
@@ -198,7 +211,19 @@ void GrowingMemory::grow(std::size_t usedBytes, std::size_t wantedBytes, std::si
     if (wantedBytes < SMALLEST_OWN_PAGES)
         growOnHeap(usedBytes, std::min(likelyBytes, SMALLEST_OWN_PAGES));
     else if (!growOnPages(usedBytes, wantedBytes, likelyBytes))
-        growOnHeap(usedBytes, likelyBytes);
+        growOnHeap(usedBytes, std::min(likelyBytes, 2 * wantedBytes));
+}
+
+bool GrowingMemory::extend(std::size_t wantedBytes) noexcept {
+    if (block.origin != Origin::PAGES || wantedBytes > block.addressBytes ||
+        (refusesPages != nullptr && refusesPages()))
+        return false;
+    const PageRange range =
+        extendRange({block.begin, block.capacity, block.addressBytes}, wantedBytes);
+    if (range.begin == nullptr)
+        return false;
+    block.capacity = range.usableBytes;
+    return true;
 }
 
 void GrowingMemory::shrink(std::size_t usedBytes) noexcept {

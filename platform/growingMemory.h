@@ -41,10 +41,15 @@ public:
     // keeps the first usedBytes. The address may change.
     //
     // likelyBytes  at least wantedBytes: what may come to be needed, taken as the
-    //              size to ask for where untouched memory costs little
+    //              size to ask for where untouched memory costs little; operator new
+    //              is asked for twice wantedBytes at most
     //
     // Throws std::bad_alloc; the block is then as it was.
     void grow(std::size_t usedBytes, std::size_t wantedBytes, std::size_t likelyBytes);
+
+    // Makes the capacity at least wantedBytes where the block stands; false where that
+    // is not possible.
+    bool extend(std::size_t wantedBytes) noexcept;
 
     // Gives back what lies behind the first usedBytes, as far as possible; whole
     // pages stay.

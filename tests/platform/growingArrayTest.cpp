@@ -276,6 +276,112 @@ TEST(GrowingArraysOnPages, manyComeAndGo) {
         ASSERT_EQ(firstSpoilt(records), 3 * SMALLEST_ON_PAGES);
 }
 
+// Knows where it stands, so that bytes alone do not carry it along, and how many there
+// are.
+class LivingRecord {
+public:
+    explicit LivingRecord(int number = 0) : self(this), name(nameOf(number)) { ++living; }
+    LivingRecord(const LivingRecord& other) : self(this), name(other.name) { ++living; }
+    LivingRecord(LivingRecord&& other) noexcept : self(this), name(std::move(other.name)) {
+        ++living;
+    }
+    LivingRecord& operator=(const LivingRecord& other) = delete;
+    LivingRecord& operator=(LivingRecord&& other) noexcept {
+        name = std::move(other.name);
+        return *this;
+    }
+    ~LivingRecord() { --living; }
+
+    bool isNumber(int number) const { return self == this && name == nameOf(number); }
+
+    static std::ptrdiff_t living;
+
+private:
+    static std::string nameOf(int number) {
+        return "a name with memory of its own, number " + std::to_string(number);
+    }
+
+    const LivingRecord* self;
+    std::string name;
+    std::array<char, 1000> rest{};
+};
+
+std::ptrdiff_t LivingRecord::living = 0;
+
+using LivingRecords = GrowingArray<LivingRecord>;
+
+// The first position whose record is not the one with that number.
+std::size_t firstWrong(const LivingRecords& records) {
+    std::size_t position = 0;
+    while (position < records.size() && records[position].isNumber(static_cast<int>(position)))
+        ++position;
+    return position;
+}
+
+// Enough for pages, and for more of those than the first range has on any system that
+// copies to a larger one early.
+constexpr int MANY_LIVING_RECORDS = 40000;
+
+TEST_P(GrowingArrays, moveRecordsThatAreMoreThanBytes) {
+    {
+        LivingRecords records;
+        for (int number = 0; number < MANY_LIVING_RECORDS; ++number) {
+            if (number % 2 == 0)
+                records.emplace_back(number);
+            else
+                records.push_back(LivingRecord(number));
+        }
+        EXPECT_EQ(firstWrong(records), static_cast<std::size_t>(MANY_LIVING_RECORDS));
+        EXPECT_EQ(LivingRecord::living, MANY_LIVING_RECORDS);
+
+        const LivingRecords copy = records;
+        EXPECT_EQ(firstWrong(copy), records.size());
+        LivingRecords moved = std::move(records);
+        EXPECT_EQ(firstWrong(moved), copy.size());
+        EXPECT_EQ(LivingRecord::living, 2 * MANY_LIVING_RECORDS);
+    }
+    EXPECT_EQ(LivingRecord::living, 0);
+}
+
+TEST_P(GrowingArrays, destroyTheRecordsTheyDrop) {
+    LivingRecords records;
+    for (int number = 0; number < 10; ++number)
+        records.emplace_back(number);
+    records.erase(records.begin() + 2, records.begin() + 5);
+    EXPECT_EQ(LivingRecord::living, 7);
+    EXPECT_TRUE(records[2].isNumber(5));
+    EXPECT_TRUE(records[6].isNumber(9));
+    records.pop_back();
+    EXPECT_EQ(LivingRecord::living, 6);
+    records.resize(3);
+    EXPECT_EQ(LivingRecord::living, 3);
+    records.resize(5);
+    EXPECT_EQ(LivingRecord::living, 5);
+    EXPECT_TRUE(records[4].isNumber(0));
+    records.clear();
+    EXPECT_EQ(LivingRecord::living, 0);
+}
+
+// A record of the array itself may be appended, and failing to grow changes nothing.
+TEST_P(GrowingArrays, keepRecordsThatAreMoreThanBytesWhenMemoryRunsOut) {
+    {
+        LivingRecords records;
+        records.emplace_back(0);
+        for (int number = 1; records.size() < records.capacity(); ++number)
+            records.emplace_back(number);
+        const std::size_t size = records.size();
+        {
+            const AllocationBudget budget(0);
+            EXPECT_THROW(records.emplace_back(), std::bad_alloc);
+        }
+        EXPECT_EQ(firstWrong(records), size);
+        EXPECT_EQ(LivingRecord::living, static_cast<std::ptrdiff_t>(size));
+        records.push_back(records.front());
+        EXPECT_TRUE(records.back().isNumber(0));
+    }
+    EXPECT_EQ(LivingRecord::living, 0);
+}
+
 }  // namespace
 
 }  // namespace obj_adapter::test
