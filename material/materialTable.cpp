@@ -5,17 +5,11 @@
 
 #include <obj_adapter/geometryRecords.h>
 
-#include <algorithm>
 #include <cstddef>
 #include <stdexcept>
-#include <type_traits>
 #include <utility>
 
 namespace obj_adapter {
-
-// Growth moves the materials, so that it is fast and leaves them whole when
-// memory runs out.
-static_assert(std::is_nothrow_move_constructible_v<Material>);
 
 Material* MaterialTable::lendMaterial(int position) noexcept {
     isLent = true;
@@ -44,17 +38,21 @@ int MaterialTable::findPosition(std::string_view name) const noexcept {
     return position == NamePositions::NONE ? NO_INDEX : position;
 }
 
-int MaterialTable::addMaterial(Material material) {
+int MaterialTable::addMaterial(std::string name) {
     const int position = nextRecordIndex(materials.size());
     // The last moment at which the host can have written through its pointer.
     if (isLent)
         firstPositionsAreCurrent = false;
-    // All that wants memory comes before the first change.
-    if (materials.size() == materials.capacity())
-        materials.reserve(std::max(std::size_t{1}, 2 * materials.size()));
-    if (firstPositionsAreCurrent && findPosition(material.name) == NO_INDEX)
-        firstPositions.add(material.name, position);
-    materials.push_back(std::move(material));
+    // The record is large: it is made where it stays.
+    Material& material = materials.emplace_back();
+    try {
+        if (firstPositionsAreCurrent && findPosition(name) == NO_INDEX)
+            firstPositions.add(name, position);
+    } catch (...) {
+        materials.pop_back();
+        throw;
+    }
+    material.name = std::move(name);
     isLent = false;
     return position;
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "material/namePositions.h"
+#include "platform/growingArray.h"
 
 #include <obj_adapter/material.h>
 
@@ -21,7 +22,7 @@ public:
 
     // In the order of their newmtl statements; the position is the material
     // index of faces. Change names or their number only through this class.
-    const std::vector<Material>& getMaterials() const noexcept { return materials; }
+    const platform::GrowingArray<Material>& getMaterials() const noexcept { return materials; }
     int getNumberOfMaterials() const noexcept { return static_cast<int>(materials.size()); }
 
     // Unchecked access for the host, which may write through the pointer: the
@@ -41,9 +42,10 @@ public:
     // looked at again first.
     int findKnownMaterial(std::string_view name) const noexcept;
 
-    // Appends the material and returns its position. std::length_error when the
-    // table is full; the table is unchanged after any failure.
-    int addMaterial(Material material);
+    // Appends a material that has nothing but its name and returns its position.
+    // std::length_error when the table is full; the table is unchanged after any
+    // failure.
+    int addMaterial(std::string name);
 
     // Appends the name unless it is there already. The table is unchanged after
     // a failure.
@@ -64,7 +66,7 @@ private:
     void rebuildPositions();
     int findPosition(std::string_view name) const noexcept;
 
-    std::vector<Material> materials;
+    platform::GrowingArray<Material> materials;
 
     // Name to the first material of that name.
     NamePositions firstPositions;

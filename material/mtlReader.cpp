@@ -114,13 +114,12 @@ void appendNewMaterial(MaterialTable& table, LineTokens& tokens) {
         reportError("Error processing New Material: No name given.");
         throw std::runtime_error("Material name missing");
     }
-    Material material;
-    material.name = nameToken.text();
+    std::string name = nameToken.text();
     // Kept all the same; faces that ask for the name get the first.
-    if (table.findMaterial(material.name) != NO_INDEX)
-        reportWarning("Material with the name \"" + material.name +
+    if (table.findMaterial(name) != NO_INDEX)
+        reportWarning("Material with the name \"" + name +
                       "\" already exists. The materials will not reliably be distinguished.");
-    table.addMaterial(std::move(material));
+    table.addMaterial(std::move(name));
 }
 
 // newmtl name; further tokens are ignored.

@@ -198,9 +198,7 @@ TEST_F(ConverterTest, gettersLendTheRecordsOfTheModel) {
     Face face;
     face.setMaterialIndex(7);
     model.addFaceInCurrentGroup(face);
-    Material material;
-    material.name = "red";
-    model.materialTable.addMaterial(material);
+    model.materialTable.addMaterial("red");
 
     EXPECT_EQ(converter->getNumberOfVertices(), 2);
     EXPECT_EQ(converter->getVertex(1), &model.vertices[1]);

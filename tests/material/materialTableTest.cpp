@@ -19,12 +19,6 @@ namespace {
 // Longer than what a string holds without memory of its own.
 const std::string LONG_NAME = "a name that is longer than a string holds by itself";
 
-Material materialNamed(const std::string& name) {
-    Material material;
-    material.name = name;
-    return material;
-}
-
 std::string namesOf(const MaterialTable& table) {
     std::string names;
     for (const Material& material : table.getMaterials())
@@ -64,7 +58,7 @@ MemoryOutcome runOutOfMemory(int allocations, Action action) {
 // host has asked for a material before.
 TEST(MaterialTableTest, NamesAreLookedAtAgainOnceWhenLoansEnd) {
     MaterialTable table;
-    table.addMaterial(materialNamed(LONG_NAME));
+    table.addMaterial(LONG_NAME);
     Material* lent = table.lendMaterial(0);
     EXPECT_EQ(table.findMaterial(LONG_NAME), 0);
     lent->name = "red";
@@ -80,9 +74,9 @@ TEST(MaterialTableTest, NamesAreLookedAtAgainOnceWhenLoansEnd) {
 
 TEST(MaterialTableTest, CurrentMaterialIsTheLast) {
     MaterialTable table;
-    table.addMaterial(materialNamed("a"));
+    table.addMaterial("a");
     EXPECT_EQ(table.currentMaterial().name, "a");
-    table.addMaterial(materialNamed("b"));
+    table.addMaterial("b");
     EXPECT_EQ(table.currentMaterial().name, "b");
     table.currentMaterial().dissolve = 0.5;
     EXPECT_EQ(describeMaterials(table), "a{} b{d=0.5}");
@@ -101,11 +95,9 @@ TEST(MaterialTableTest, EmptyTableHasNoCurrentMaterial) {
 TEST(MaterialTableTest, AddingReturnsThePosition) {
     MaterialTable table;
     EXPECT_EQ(table.getNumberOfMaterials(), 0);
-    Material material = materialNamed("a");
-    EXPECT_EQ(table.addMaterial(material), 0);
-    material.name = "changed";
-    EXPECT_EQ(table.addMaterial(materialNamed("b")), 1);
-    EXPECT_EQ(table.addMaterial(materialNamed("a")), 2);
+    EXPECT_EQ(table.addMaterial("a"), 0);
+    EXPECT_EQ(table.addMaterial("b"), 1);
+    EXPECT_EQ(table.addMaterial("a"), 2);
     EXPECT_EQ(namesOf(table), "a b a");
     EXPECT_EQ(table.getNumberOfMaterials(), 3);
 }
@@ -113,8 +105,8 @@ TEST(MaterialTableTest, AddingReturnsThePosition) {
 TEST(MaterialTableTest, SearchFindsTheFirstOfAName) {
     MaterialTable table;
     for (const char* name : {"red", "Red", "blue", "red", ""})
-        table.addMaterial(materialNamed(name));
-    table.addMaterial(materialNamed(std::string("nul\0x", 5)));
+        table.addMaterial(name);
+    table.addMaterial(std::string("nul\0x", 5));
     EXPECT_EQ(table.findMaterial("red"), 0);
     EXPECT_EQ(table.findMaterial("Red"), 1);
     EXPECT_EQ(table.findMaterial("blue"), 2);
@@ -140,8 +132,8 @@ TEST(MaterialTableTest, LibraryNamesAreKeptOnceInOrder) {
 TEST(MaterialTableTest, ClearingEmptiesBothLists) {
     MaterialTable table;
     table.addLibraryName("a.mtl");
-    table.addMaterial(materialNamed("a"));
-    table.addMaterial(materialNamed("b"));
+    table.addMaterial("a");
+    table.addMaterial("b");
     table.lendMaterial(0)->name = "c";
     table.clear();
     EXPECT_EQ(table.getNumberOfMaterials(), 0);
@@ -150,21 +142,21 @@ TEST(MaterialTableTest, ClearingEmptiesBothLists) {
         EXPECT_EQ(table.findMaterial(name), NO_INDEX);
     table.addLibraryName("a.mtl");
     EXPECT_EQ(table.libraryNames, (std::vector<std::string>{"a.mtl"}));
-    EXPECT_EQ(table.addMaterial(materialNamed("b")), 0);
+    EXPECT_EQ(table.addMaterial("b"), 0);
     EXPECT_EQ(table.findMaterial("b"), 0);
 }
 
 TEST(MaterialTableLoanTest, LentPointerIsTheRecord) {
     MaterialTable table;
-    table.addMaterial(materialNamed("a"));
-    table.addMaterial(materialNamed("b"));
+    table.addMaterial("a");
+    table.addMaterial("b");
     EXPECT_EQ(table.lendMaterial(1), &table.getMaterials()[1]);
 }
 
 TEST(MaterialTableLoanTest, RenamedMaterialIsFoundByItsNewName) {
     MaterialTable table;
     for (const char* name : {"a", "b", "a"})
-        table.addMaterial(materialNamed(name));
+        table.addMaterial(name);
     EXPECT_EQ(table.findMaterial("a"), 0);
     table.lendMaterial(0)->name = "c";
     EXPECT_EQ(table.findMaterial("c"), 0);
@@ -176,7 +168,7 @@ TEST(MaterialTableLoanTest, RenamedMaterialIsFoundByItsNewName) {
 
 TEST(MaterialTableLoanTest, PointerMayBeWrittenThroughAfterASearch) {
     MaterialTable table;
-    table.addMaterial(materialNamed("a"));
+    table.addMaterial("a");
     Material* lent = table.lendMaterial(0);
     for (const char* name : {"b", "c", "d"}) {
         EXPECT_EQ(table.findMaterial(name), NO_INDEX);
@@ -189,20 +181,20 @@ TEST(MaterialTableLoanTest, PointerMayBeWrittenThroughAfterASearch) {
 
 TEST(MaterialTableLoanTest, WriteBeforeGrowthIsNotMissed) {
     MaterialTable table;
-    table.addMaterial(materialNamed("a"));
+    table.addMaterial("a");
     table.lendMaterial(0)->name = "b";
-    table.addMaterial(materialNamed("a"));
+    table.addMaterial("a");
     EXPECT_EQ(table.findMaterial("a"), 1);
     EXPECT_EQ(table.findMaterial("b"), 0);
 }
 
 TEST(MaterialTableLoanTest, WriteBetweenSearchAndGrowthIsNotMissed) {
     MaterialTable table;
-    table.addMaterial(materialNamed("a"));
+    table.addMaterial("a");
     Material* lent = table.lendMaterial(0);
     EXPECT_EQ(table.findMaterial("a"), 0);
     lent->name = "b";
-    table.addMaterial(materialNamed("c"));
+    table.addMaterial("c");
     EXPECT_EQ(table.findMaterial("a"), NO_INDEX);
     EXPECT_EQ(table.findMaterial("b"), 0);
     EXPECT_EQ(table.findMaterial("c"), 1);
@@ -223,7 +215,7 @@ TEST(MaterialTableLoanTest, SearchesAgreeWithASlowTwin) {
         for (int step = 0; step < STEPS; ++step) {
             const int action = random.below(4);
             if (action == 0) {
-                table.addMaterial(materialNamed(anyName()));
+                table.addMaterial(anyName());
                 lent = nullptr;
             } else if (action == 1 && table.getNumberOfMaterials() > 0) {
                 lent = table.lendMaterial(random.below(table.getNumberOfMaterials()));
@@ -245,9 +237,11 @@ TEST(MaterialTableMemoryTest, FailedGrowthLeavesTheTableAsItWas) {
         SCOPED_TRACE(added);
         for (int allocations = 0;; ++allocations) {
             MaterialTable table;
-            table.addMaterial(materialNamed("old"));
-            table.addMaterial(materialNamed(LONG_NAME + " too"));
-            const Material material = materialNamed(added);
+            // As many as fill the room, so that one more needs memory whatever its name.
+            for (const std::string& name : {std::string("old"), LONG_NAME + " too",
+                                            std::string("third"), std::string("fourth")})
+                table.addMaterial(name);
+            const std::string material = added;
             const int before = table.findMaterial(added);
             const MemoryOutcome outcome =
                 runOutOfMemory(allocations, [&] { table.addMaterial(material); });
@@ -256,12 +250,12 @@ TEST(MaterialTableMemoryTest, FailedGrowthLeavesTheTableAsItWas) {
                 EXPECT_GE(allocations, 1);
                 break;
             }
-            EXPECT_EQ(table.getNumberOfMaterials(), 2);
+            EXPECT_EQ(table.getNumberOfMaterials(), 4);
             EXPECT_EQ(table.findMaterial(added), before);
             EXPECT_EQ(table.findMaterial("old"), 0);
             EXPECT_EQ(table.findMaterial(LONG_NAME + " too"), 1);
-            EXPECT_EQ(table.addMaterial(material), 2);
-            EXPECT_EQ(table.findMaterial(added), before == NO_INDEX ? 2 : before);
+            EXPECT_EQ(table.addMaterial(material), 4);
+            EXPECT_EQ(table.findMaterial(added), before == NO_INDEX ? 4 : before);
         }
     }
 }
@@ -269,8 +263,8 @@ TEST(MaterialTableMemoryTest, FailedGrowthLeavesTheTableAsItWas) {
 TEST(MaterialTableMemoryTest, FailedSearchCanBeRepeated) {
     for (int allocations = 0;; ++allocations) {
         MaterialTable table;
-        table.addMaterial(materialNamed("a"));
-        table.addMaterial(materialNamed("b"));
+        table.addMaterial("a");
+        table.addMaterial("b");
         table.lendMaterial(1)->name = LONG_NAME;
         const MemoryOutcome outcome =
             runOutOfMemory(allocations, [&] { table.findMaterial(LONG_NAME); });

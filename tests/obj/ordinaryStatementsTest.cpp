@@ -39,11 +39,8 @@ protected:
             normal.x = normal.y = normal.z = x;
             model.addNormalPoint(normal);
         }
-        for (const char* name : {"red", "a_material_with_a_long_name"}) {
-            Material named;
-            named.name = name;
-            model.materialTable.addMaterial(named);
-        }
+        for (const char* name : {"red", "a_material_with_a_long_name"})
+            model.materialTable.addMaterial(name);
         makeRoom();
     }
 
