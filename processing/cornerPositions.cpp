@@ -4,15 +4,19 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <optional>
 #include <span>
 
 namespace obj_adapter {
 
 namespace {
 
-// Up to here comparing every pair is faster than sorting.
-const std::size_t MAX_CORNERS_COMPARED_IN_PAIRS = 24;
+// Up to here comparing every pair is fastest.
+const std::size_t MAX_CORNERS_COMPARED_IN_PAIRS = 8;
 
 using PositionIterator = std::span<Vector3>::iterator;
 
@@ -122,12 +126,9 @@ bool hasEqualPositionsAmongNans(std::span<const Vector3> positions,
     return false;
 }
 
-}  // namespace
-
-bool hasEqualPositions(std::span<const Vector3> positions, std::span<Vector3> scratch) noexcept {
-    if (positions.size() <= MAX_CORNERS_COMPARED_IN_PAIRS)
-        return hasEqualPair(positions);
-
+// scratch is working memory for as many positions.
+bool hasEqualPositionsBySorting(std::span<const Vector3> positions,
+                                std::span<Vector3> scratch) noexcept {
     std::array<std::size_t, NAN_CLASSES> classSizes{};
     for (const Vector3& position : positions)
         ++classSizes[nanClass(position)];
@@ -136,6 +137,60 @@ bool hasEqualPositions(std::span<const Vector3> positions, std::span<Vector3> sc
 
     const auto end = std::copy(positions.begin(), positions.end(), scratch.begin());
     return hasNeighboursAtOnePlace(scratch.begin(), end);
+}
+
+// The same for equal positions, so -0.0 counts as 0.0; no coordinate may be NaN. Which
+// value comes out decides nothing but the time that a search takes.
+std::uint64_t hashOf(const Vector3& position) noexcept {
+    constexpr std::uint64_t FACTOR_X = 0x9E3779B97F4A7C15U;
+    constexpr std::uint64_t FACTOR_Y = 0xC2B2AE3D27D4EB4FU;
+    constexpr std::uint64_t FACTOR_Z = 0x165667B19E3779F9U;
+    constexpr int HALF = 32;
+    const auto bitsOf = [](double value) { return std::bit_cast<std::uint64_t>(value + 0.0); };
+    const std::uint64_t mixed = bitsOf(position.x) * FACTOR_X ^
+                                std::rotl(bitsOf(position.y) * FACTOR_Y, HALF) ^
+                                bitsOf(position.z) * FACTOR_Z;
+    return (mixed ^ mixed >> HALF) * FACTOR_X;
+}
+
+}  // namespace
+
+bool EqualPositionSearch::hasEqualPositions(std::span<const Vector3> positions) {
+    if (positions.size() <= MAX_CORNERS_COMPARED_IN_PAIRS)
+        return hasEqualPair(positions);
+    if (const std::optional<bool> answer = searchByHash(positions))
+        return *answer;
+    return hasEqualPositionsBySorting(positions, scratchRoom.take(positions.size()));
+}
+
+// A hash table of places in the polygon. No answer where a coordinate is not a number,
+// or too many positions want the same slots.
+std::optional<bool> EqualPositionSearch::searchByHash(std::span<const Vector3> positions) {
+    constexpr std::uint32_t FREE = 0;
+    constexpr std::size_t PROBES_PER_POSITION = 8;
+    constexpr int HASH_BITS = 64;
+    if (positions.size() >= std::numeric_limits<std::uint32_t>::max())
+        return std::nullopt;
+    const std::size_t slotCount = std::bit_ceil(SLOTS_PER_POSITION * positions.size());
+    const int shift = HASH_BITS - static_cast<int>(std::bit_width(slotCount - 1));
+    const std::span<std::uint32_t> slots = slotRoom.take(slotCount);
+    std::fill(slots.begin(), slots.end(), FREE);
+
+    std::size_t probesLeft = PROBES_PER_POSITION * positions.size();
+    for (std::size_t place = 0; place < positions.size(); ++place) {
+        const Vector3& position = positions[place];
+        if (isNan(position.x + position.y + position.z))
+            return std::nullopt;
+        std::size_t slot = static_cast<std::size_t>(hashOf(position) >> shift);
+        for (; slots[slot] != FREE; slot = (slot + 1) & (slotCount - 1)) {
+            if (isSamePosition(positions[slots[slot] - 1], position))
+                return true;
+            if (--probesLeft == 0)
+                return std::nullopt;
+        }
+        slots[slot] = static_cast<std::uint32_t>(place + 1);
+    }
+    return false;
 }
 
 }  // namespace obj_adapter

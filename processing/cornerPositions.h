@@ -2,11 +2,14 @@
 #pragma once
 
 #include "model/objModel.h"
+#include "processing/keptRoom.h"
 #include "processing/vectors.h"
 
 #include <obj_adapter/geometryRecords.h>
 
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -27,11 +30,25 @@ inline bool gatherCornerPositions(const ObjModel& model, const std::vector<FaceE
     return true;
 }
 
-// True if two positions are equal by the rules of Vertex::operator==: exactly,
-// but a coordinate that is not a number equals every other. scratch is working
-// memory for as many positions.
-//
-// cost  O(n log n)
-bool hasEqualPositions(std::span<const Vector3> positions, std::span<Vector3> scratch) noexcept;
+// Looks for equal positions; keeps its lists between polygons. Up to MAX_CORNERS_WITHIN
+// positions it never asks for memory.
+class EqualPositionSearch {
+public:
+    // True if two positions are equal by the rules of Vertex::operator==: exactly, but a
+    // coordinate that is not a number equals every other.
+    //
+    // cost  O(n), or O(n log n) where a file is made to meet the worst case
+    bool hasEqualPositions(std::span<const Vector3> positions);
+
+    static constexpr std::size_t MAX_CORNERS_WITHIN = 64;
+
+private:
+    static constexpr std::size_t SLOTS_PER_POSITION = 2;
+
+    std::optional<bool> searchByHash(std::span<const Vector3> positions);
+
+    KeptRoom<std::uint32_t, SLOTS_PER_POSITION * MAX_CORNERS_WITHIN> slotRoom;
+    KeptRoom<Vector3, MAX_CORNERS_WITHIN> scratchRoom;
+};
 
 }  // namespace obj_adapter

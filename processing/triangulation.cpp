@@ -142,7 +142,7 @@ Triangulator::Outcome Triangulator::split(const ObjModel& model,
 bool Triangulator::isTriangulable(const ObjModel& model, const std::vector<FaceElement>& corners) {
     positions = positionRoom.take(corners.size());
     return gatherCornerPositions(model, corners, positions) &&
-           !hasEqualPositions(positions, scratchRoom.take(corners.size()));
+           !equalPositions.hasEqualPositions(positions);
 }
 
 // Cuts off one ear in each pass, the first in corner order, until the last

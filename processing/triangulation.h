@@ -2,6 +2,7 @@
 #pragma once
 
 #include "processing/cornerClasses.h"
+#include "processing/cornerPositions.h"
 #include "processing/keptRoom.h"
 #include "processing/vectors.h"
 
@@ -45,7 +46,7 @@ public:
 
 private:
     // Corners that the object has room for.
-    static constexpr std::size_t MAX_CORNERS_WITHIN = 64;
+    static constexpr std::size_t MAX_CORNERS_WITHIN = EqualPositionSearch::MAX_CORNERS_WITHIN;
 
     template <typename Element>
     using Room = KeptRoom<Element, MAX_CORNERS_WITHIN>;
@@ -76,12 +77,13 @@ private:
     // By place in the whole polygon: 1 once the corner is cut off.
     std::span<unsigned char> isCutOff;
 
+    EqualPositionSearch equalPositions;
+
     std::size_t uncountedTests = 0;
     bool hostMayBeAsked = true;
 
     Room<Vector3> positionRoom;
     Room<Vector3> normalRoom;
-    Room<Vector3> scratchRoom;
     Room<std::size_t> originalRoom;
     Room<std::size_t> blockerRoom;
     Room<unsigned char> cutOffRoom;

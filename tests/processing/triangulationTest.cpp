@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
@@ -382,7 +383,7 @@ TEST(EqualPositionsTest, areThoseThatVerticesCallEqual) {
     const std::array<double, 4> special = {NOT_A_NUMBER, POSITIVE_INFINITY, -POSITIVE_INFINITY,
                                            -0.0};
     RandomSource random(20240811);
-    std::vector<Vector3> scratch(80);
+    EqualPositionSearch search;
     int withPair = 0;
     for (int round = 0; round < polygons; ++round) {
         const int size = random.between(2, random.oneIn(2) ? 8 : 80);
@@ -405,7 +406,7 @@ TEST(EqualPositionsTest, areThoseThatVerticesCallEqual) {
                 isExpected = isExpected || vertices[first] == vertices[second];
         }
         withPair += isExpected ? 1 : 0;
-        ASSERT_EQ(hasEqualPositions(positions, scratch), isExpected) << "round " << round;
+        ASSERT_EQ(search.hasEqualPositions(positions), isExpected) << "round " << round;
     }
     EXPECT_GT(withPair, polygons / 5);
     EXPECT_LT(withPair, polygons * 4 / 5);
@@ -413,18 +414,44 @@ TEST(EqualPositionsTest, areThoseThatVerticesCallEqual) {
 
 TEST(EqualPositionsTest, areFoundAmongManyInfiniteAndUndefinedOnes) {
     const int size = 30000;
-    std::vector<Vector3> scratch(2 * size + 1);
+    EqualPositionSearch search;
     std::vector<Vector3> positions;
     for (int corner = 0; corner < size; ++corner) {
         positions.push_back(
             {corner % 2 == 0 ? NOT_A_NUMBER : -1.0, 1.0 * corner, POSITIVE_INFINITY});
         positions.push_back({-2.0 - corner, -1.0 * corner - 1.0, POSITIVE_INFINITY});
     }
-    EXPECT_FALSE(hasEqualPositions(positions, scratch));
+    EXPECT_FALSE(search.hasEqualPositions(positions));
     positions.push_back({3.0, -1.0, NOT_A_NUMBER});
-    EXPECT_FALSE(hasEqualPositions(positions, scratch));
+    EXPECT_FALSE(search.hasEqualPositions(positions));
     positions.back().y = 20000.0;  // a corner there has x not a number
-    EXPECT_TRUE(hasEqualPositions(positions, scratch));
+    EXPECT_TRUE(search.hasEqualPositions(positions));
+}
+
+// x coordinates whose hashes, computed backwards, all begin with the same bits, so that
+// every position (x, 0, 0) wants the same slot.
+std::vector<Vector3> positionsMadeToCollide(std::size_t count) {
+    constexpr std::uint64_t FACTOR = 0x9E3779B97F4A7C15U;  // that of the search
+    std::uint64_t inverse = FACTOR;
+    for (int step = 0; step < 6; ++step)
+        inverse *= 2 - FACTOR * inverse;
+    std::vector<Vector3> positions;
+    for (std::uint64_t hash = 1; positions.size() < count; ++hash) {
+        const std::uint64_t folded = hash * inverse;
+        const double x = std::bit_cast<double>((folded ^ folded >> 32U) * inverse);
+        if (x == x)
+            positions.push_back({x, 0.0, 0.0});
+    }
+    return positions;
+}
+
+// Told apart all the same, and not in pairs, which would take minutes.
+TEST(EqualPositionsTest, areFoundAmongThoseMadeToCollide) {
+    EqualPositionSearch search;
+    std::vector<Vector3> positions = positionsMadeToCollide(400000);
+    EXPECT_FALSE(search.hasEqualPositions(positions));
+    positions.push_back(positions[positions.size() / 2]);
+    EXPECT_TRUE(search.hasEqualPositions(positions));
 }
 
 TEST(CornerNormalsTest, areCrossProductsOfTheEdges) {
