@@ -240,6 +240,7 @@ Face* ObjConverter::getFace(int index) noexcept {
 }
 
 Group* ObjConverter::getGroup(int index) noexcept {
+    state->model.areGroupsLent = true;
     return state->model.groups.data() + index;
 }
 
@@ -248,6 +249,7 @@ Material* ObjConverter::getMaterial(int index) noexcept {
 }
 
 ObjHierarchyNode* ObjConverter::getRootOfHierarchy() noexcept {
+    state->model.areGroupsLent = true;
     try {
         return getHierarchy(state->model, !state->settings.useGroupNameHierarchy,
                             state->settings.showLastNamesOnly)

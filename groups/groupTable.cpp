@@ -24,7 +24,7 @@ const char DEFAULT_GROUP_NAME[] = "default";
 
 int appendGroup(ObjModel& model, Group&& group) {
     const int groupIndex = nextRecordIndex(model.groups.size());
-    model.groups.push_back(std::move(group));
+    model.groups.emplace_back(std::move(group));
     model.hierarchyValid = false;
     return groupIndex;
 }
@@ -63,26 +63,35 @@ bool namesGroup(const ObjModel& model, int groupIndex) noexcept {
     return groupIndex >= 0 && static_cast<std::size_t>(groupIndex) < model.groups.size();
 }
 
-void reserveGroupFaceLists(ObjModel& model, std::size_t copies) {
+void reserveGroupFaceLists(ObjModel& model) {
+    if (!model.areFacesLent && !model.areGroupsLent)
+        return;
     std::vector<std::size_t> faceCounts(model.groups.size());
     for (const Face& face : model.faces) {
         if (namesGroup(model, face.groupIndex))
             ++faceCounts[static_cast<std::size_t>(face.groupIndex)];
     }
     for (std::size_t group = 0; group < faceCounts.size(); ++group)
-        model.groups[group].faceIndices.reserve(copies * faceCounts[group]);
+        model.groups[group].faceIndices.reserve(faceCounts[group]);
 }
 
 void rebuildGroupFaceLists(ObjModel& model) {
+    GroupFaceLister lister(model);
+    for (std::size_t face = 0; face < model.faces.size(); ++face)
+        lister.add(model.faces[face], face);
+}
+
+GroupFaceLister::GroupFaceLister(ObjModel& model) noexcept : groupsModel(model) {
     model.hierarchyValid = false;
     for (Group& group : model.groups)
         group.clearFaceIndices();
-    for (std::size_t face = 0; face < model.faces.size(); ++face) {
-        const std::int32_t groupIndex = model.faces[face].groupIndex;
-        if (namesGroup(model, groupIndex))
-            model.groups[static_cast<std::size_t>(groupIndex)].faceIndices.push_back(
-                static_cast<int>(face));
-    }
+}
+
+void GroupFaceLister::goToGroup(std::int32_t newGroupIndex) noexcept {
+    groupIndex = newGroupIndex;
+    list = namesGroup(groupsModel, groupIndex)
+               ? &groupsModel.groups[static_cast<std::size_t>(groupIndex)].faceIndices
+               : nullptr;
 }
 
 void removeEmptyGroups(ObjModel& model) {

@@ -5,7 +5,10 @@
 // ObjModel::hierarchyValid.
 #pragma once
 
+#include <obj_adapter/geometryRecords.h>
+
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -30,13 +33,35 @@ std::string addInitialGroup(ObjModel& model);
 // Whether there is such a group; a host may have written anything into a face.
 bool namesGroup(const ObjModel& model, int groupIndex) noexcept;
 
-// Makes room in every group's list for copies times the faces that name the
-// group; the lists stay as they are.
-void reserveGroupFaceLists(ObjModel& model, std::size_t copies = 1);
+// Makes room in every group's list for the faces that name the group; the lists stay as
+// they are. Where no host can have changed either, they hold those faces already.
+void reserveGroupFaceLists(ObjModel& model);
 
 // Fills every group's list anew from the faces' groupIndex, in table order. Asks
 // for no memory after reserveGroupFaceLists.
 void rebuildGroupFaceLists(ObjModel& model);
+
+// The same while the caller goes over the faces anyway: all lists are emptied, and each
+// face, in table order, is added as the caller comes to it.
+class GroupFaceLister {
+public:
+    explicit GroupFaceLister(ObjModel& model) noexcept;
+
+    // Asks for no memory after reserveGroupFaceLists.
+    void add(const Face& face, std::size_t position) {
+        if (face.groupIndex != groupIndex)
+            goToGroup(face.groupIndex);
+        if (list != nullptr)
+            list->push_back(static_cast<int>(position));
+    }
+
+private:
+    void goToGroup(std::int32_t newGroupIndex) noexcept;
+
+    ObjModel& groupsModel;
+    std::int32_t groupIndex = NO_INDEX;
+    std::vector<int>* list = nullptr;  // of that group; null where there is none
+};
 
 // Drops the groups without faces and renumbers the faces' groupIndex; the
 // others keep their order. A lone group stays, with or without faces.

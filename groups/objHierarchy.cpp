@@ -146,7 +146,7 @@ private:
 
 // Groups with fewer components come first, simple ones before all, so that the
 // node of a group is there when its path is looked up. Table order otherwise.
-std::vector<std::size_t> pathOrder(const std::vector<Group>& groups) {
+std::vector<std::size_t> pathOrder(const GroupTable& groups) {
     std::vector<std::size_t> order(groups.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
     std::stable_sort(order.begin(), order.end(), [&groups](std::size_t a, std::size_t b) {

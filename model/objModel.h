@@ -13,7 +13,6 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace obj_adapter {
 
@@ -23,6 +22,7 @@ using FaceTable = platform::GrowingArray<Face>;
 using VertexTable = platform::GrowingArray<Vertex>;
 using TexturePointTable = platform::GrowingArray<TexturePoint>;
 using NormalPointTable = platform::GrowingArray<NormalPoint>;
+using GroupTable = platform::GrowingArray<Group>;
 
 // Whether more records ask for no memory and can be counted.
 template <typename Table>
@@ -57,7 +57,7 @@ struct ObjModel {
     ObjModel(const ObjModel&) = delete;
     ObjModel& operator=(const ObjModel&) = delete;
 
-    std::vector<Group> groups;
+    GroupTable groups;
     FaceTable faces;
     VertexTable vertices;
     TexturePointTable texturePoints;
@@ -75,6 +75,10 @@ struct ObjModel {
 
     // The host may hold a pointer to a face and write through it.
     bool areFacesLent = false;
+
+    // The same of groups, by way of the tree as well. True until a reader begins with an
+    // empty table: whoever filled it may have left lists as he liked.
+    bool areGroupsLent = true;
 
     MaterialTable materialTable;
 

@@ -64,6 +64,7 @@ public:
 
     void read(const std::string& inputFile, LogicalLineReader& lines) {
         model.areFacesLent = !model.faces.empty();
+        model.areGroupsLent = !model.groups.empty();
         model.name = modelNameOf(inputFile);
         addInitialGroup(model);
         readStatements(lines);

@@ -121,11 +121,18 @@ bool isSameUpToRotation(const Face& a, const Face& b) noexcept {
 }
 
 // Sorts the faces, which are marked, and removes each that repeats the one before
-// it in the same group, whatever the materials; true if other faces over the same
-// vertices remain. Only neighbours are compared: a duplicate with a mirror image
-// between stays.
-bool removeDuplicateFaces(FaceTable& faces, bool isInOrder, FaceSorter& sorter,
-                          std::size_t vertexCount, WorkOfChange& work) noexcept {
+// it in the same group, whatever the materials; those that stay join their group's list.
+// True if other faces over the same vertices remain. Only neighbours are compared: a duplicate with
+// a mirror image between stays.
+bool removeDuplicateFaces(ObjModel& model, bool isInOrder, FaceSorter& sorter,
+                          WorkOfChange& work) noexcept {
+    // Lists of more groups than the caches hold beside the sort are filled faster by
+    // themselves.
+    constexpr std::size_t MOST_GROUPS_LISTED_AT_ONCE = 256;
+    const bool areListedAtOnce = model.groups.size() <= MOST_GROUPS_LISTED_AT_ONCE;
+
+    FaceTable& faces = model.faces;
+    GroupFaceLister lister(model);
     bool conflictFound = false;
     std::size_t keptCount = 0;
     const auto keepOrDrop = [&](const Face& marked) {
@@ -138,13 +145,18 @@ bool removeDuplicateFaces(FaceTable& faces, bool isInOrder, FaceSorter& sorter,
                 return;
             conflictFound = true;
         }
+        if (areListedAtOnce)
+            lister.add(face, keptCount);
         faces[keptCount++] = face;
     };
     if (isInOrder)
         std::for_each(faces.begin(), faces.end(), keepOrDrop);
     else
-        sorter.visitInOrder(faces.data(), faces.size(), FaceOrder(vertexCount), keepOrDrop);
+        sorter.visitInOrder(faces.data(), faces.size(), FaceOrder(model.vertices.size()),
+                            keepOrDrop);
     cutOff(faces, keptCount);
+    if (!areListedAtOnce)
+        rebuildGroupFaceLists(model);
     return conflictFound;
 }
 
@@ -164,9 +176,7 @@ void compactData(ObjModel& model) {
     model.hierarchyValid = false;
     mergeEqualVertices(model.vertices, *vertexSorter, newPositions, work);
     const bool isInOrder = renumberFaces(model.faces, newPositions, work);
-    model.hasConflictingFaces =
-        removeDuplicateFaces(model.faces, isInOrder, *faceSorter, model.vertices.size(), work);
-    rebuildGroupFaceLists(model);
+    model.hasConflictingFaces = removeDuplicateFaces(model, isInOrder, *faceSorter, work);
     stopIfCancelled();
 }
 

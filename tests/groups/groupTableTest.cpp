@@ -150,7 +150,7 @@ TEST(GroupTableTest, RebuildPassesOverFacesThatNameNoGroup) {
 
 struct RemovalCase {
     const char* title;
-    std::vector<Group> groups;
+    GroupTable groups;
     std::vector<int> groupIndices;
     const char* groupsAfter;
     std::vector<int> groupIndicesAfter;

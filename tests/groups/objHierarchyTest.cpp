@@ -49,7 +49,7 @@ ObjHierarchyNode* buildRoot(ObjModel& model, bool flat, bool showLastNamesOnly) 
 
 // "robot(leg#2 arm(left#0 right#1))": what getName gives, the group's position
 // in the table, and the children. For trees that are not deep.
-std::string describeTree(ObjHierarchyNode& node, const std::vector<Group>& groups) {
+std::string describeTree(ObjHierarchyNode& node, const GroupTable& groups) {
     std::string text = node.getName();
     if (node.group != nullptr)
         text += "#" + std::to_string(node.group - groups.data());
@@ -403,7 +403,7 @@ std::string lastNameOf(const Group& group) {
 
 class SlowHierarchy {
 public:
-    SlowHierarchy(std::vector<Group>& modelGroups, bool flat, bool showLastNamesOnly,
+    SlowHierarchy(GroupTable& modelGroups, bool flat, bool showLastNamesOnly,
                   const std::string& rootName)
         : groups(modelGroups), lastNamesOnly(showLastNamesOnly) {
         if (groups.size() == 1) {
@@ -492,7 +492,7 @@ private:
         return parent;
     }
 
-    std::vector<Group>& groups;
+    GroupTable& groups;
     const bool lastNamesOnly;
     std::deque<SlowNode> nodes;
     std::map<std::string, SlowNode*> nodeIndex;
@@ -506,7 +506,7 @@ std::string printNode(int depth, const std::string& storedName, bool showLastNam
            fullName + "'\n";
 }
 
-std::string print(SlowNode& node, const std::vector<Group>& groups, int depth = 0) {
+std::string print(SlowNode& node, const GroupTable& groups, int depth = 0) {
     std::string name = node.name;
     std::string fullName = node.name;
     if (node.group != NO_INDEX) {
@@ -521,7 +521,7 @@ std::string print(SlowNode& node, const std::vector<Group>& groups, int depth = 
     return text;
 }
 
-std::string print(ObjHierarchyNode& node, const std::vector<Group>& groups, int depth = 0) {
+std::string print(ObjHierarchyNode& node, const GroupTable& groups, int depth = 0) {
     const int group =
         node.group == nullptr ? NO_INDEX : static_cast<int>(node.group - groups.data());
     const std::string storedName = node.name;
@@ -533,7 +533,7 @@ std::string print(ObjHierarchyNode& node, const std::vector<Group>& groups, int 
     return text;
 }
 
-std::string printNames(const std::vector<Group>& groups) {
+std::string printNames(const GroupTable& groups) {
     std::string text;
     for (const Group& group : groups) {
         text += "'" + group.name + "'";
@@ -546,12 +546,12 @@ std::string printNames(const std::vector<Group>& groups) {
 
 // Few names, with underscores inside, so that different components often join
 // to the same text.
-std::vector<Group> randomGroups(RandomSource& random) {
+GroupTable randomGroups(RandomSource& random) {
     const char* const NAMES[] = {"a", "b", "a_b", "b_1", "a_1", "_", "1", "", "b_a", "ab"};
     const int nameCount = random.between(2, static_cast<int>(std::size(NAMES)));
     const auto randomName = [&] { return std::string(NAMES[random.below(nameCount)]); };
 
-    std::vector<Group> groups(static_cast<std::size_t>(random.below(13)));
+    GroupTable groups(static_cast<std::size_t>(random.below(13)));
     for (Group& group : groups) {
         group.name = randomName();
         if (random.oneIn(3))
@@ -576,7 +576,7 @@ TEST(ObjHierarchyTest, EqualsTheSlowTwin) {
         ObjModel model;
         model.name = ROOT_NAMES[random.below(static_cast<int>(std::size(ROOT_NAMES)))];
         model.groups = randomGroups(random);
-        std::vector<Group> twinGroups = model.groups;
+        GroupTable twinGroups = model.groups;
 
         // The second build sees the names that the first has left.
         for (int build = 0; build < 2; ++build) {

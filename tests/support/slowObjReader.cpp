@@ -308,7 +308,7 @@ private:
     void removeEmptyGroups() {
         if (model.groups.size() == 1)
             return;
-        std::vector<Group> kept;
+        GroupTable kept;
         std::map<int, int> newIndices;
         for (std::size_t group = 0; group < model.groups.size(); ++group) {
             if (model.groups[group].faceIndices.empty())
