@@ -13,6 +13,7 @@ void sortVerticesPlainly(const Arguments& arguments, Measured& measured);
 
 // Compaction of a model whose vertices are in order already.
 void compactFaces(const Arguments& arguments, Measured& measured);
+void sortFacesAlone(const Arguments& arguments, Measured& measured);
 void sortFacesPlainly(const Arguments& arguments, Measured& measured);
 
 }  // namespace obj_adapter::bench

@@ -19,6 +19,7 @@ constexpr Command COMMANDS[] = {
     {"compact-vertices", "random|sixfold|file|equal-x COUNT", &compactVertices},
     {"sort-vertices", "random|sixfold|file|equal-x COUNT", &sortVerticesPlainly},
     {"compact-faces", "shuffled|file|sixfold COUNT", &compactFaces},
+    {"bucket-sort-faces", "shuffled|file|sixfold COUNT", &sortFacesAlone},
     {"sort-faces", "shuffled|file|sixfold COUNT", &sortFacesPlainly},
     {"subdivide", "grid|fan TRIANGLES ROUNDS [textured]", &subdivideMesh},
     {"tables", "FACES VERTICES TEXTURE_POINTS small|huge", &writeTables},
