@@ -26,7 +26,7 @@ struct Settings {
     bool reverses = false;       // "r"
     bool showsLastNames = true;  // "l": no
     const char* limitType = "";  // "I", "F", "V"
-    int limit = 0;               // "1" to "9": rounds, or hundreds of records
+    int limit = 0;               // "1" to "9": rounds, or so many times fifteen records
     int throwsAt = -1;           // "t" with a letter behind it: at message 0 to 25
     int cancelsAt = -1;          // "p" with a letter: at that call for progress
     bool asksInside = false;     // "g": getters and tree at each message
@@ -83,7 +83,7 @@ void readSettings(std::string_view text, Settings& settings) {
                 break;
         }
     }
-    constexpr int RECORDS = 60;
+    constexpr int RECORDS = 15;
     constexpr int MOST_ROUNDS = 2;
     const bool countsRecords = *settings.limitType == 'F' || *settings.limitType == 'V';
     settings.limit = countsRecords ? settings.limit * RECORDS : settings.limit % (MOST_ROUNDS + 1);
@@ -160,8 +160,10 @@ std::string describeMaterials(ObjConverter& converter) {
 }
 
 void receive(int level, const char* text) {
+    // Every message of a large model would be asked about all of it.
+    constexpr int MOST_MESSAGES_ASKED_IN = 12;
     host.messages += std::to_string(level) + "|" + text + "\n";
-    if (host.settings->asksInside) {
+    if (host.settings->asksInside && host.messageCount < MOST_MESSAGES_ASKED_IN) {
         ObjConverter& converter = *ObjConverter::getInstance();
         host.messages += std::to_string(test::printModel(test::viewOf(converter)).size()) + "\n";
         if (ObjHierarchyNode* root = converter.getRootOfHierarchy())
@@ -226,7 +228,7 @@ std::string runOnce(Input& input) {
     ObjConverter& converter = *ObjConverter::getInstance();
     std::string outcome;
     // Subdivision quadruples the model, and the next import all of that again.
-    constexpr int MOST_FACES = 4000;
+    constexpr int MOST_FACES = 500;
     for (const std::string& text : input.objTexts) {
         if (converter.getNumberOfFaces() > MOST_FACES)
             break;
