@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -48,12 +49,26 @@ public:
           tickets(copies.size()),
           spareTickets(copies.size()) {}
 
-    // At most MAX_RECORDS records. After n visits, visit(const Record&) may have
-    // overwritten the first n places of the table.
+    // Who goes over the records anyway can spare the sort a pass: begins here, at most
+    // maxRecords, and counts each that is to be sorted, by keys that stay as they are.
+    void beginCounting(std::size_t maxRecords, const Keys& recordKeys) {
+        keys = &recordKeys;
+        countedDeal.emplace(recordKeys.getBounds(), bucketBitsFor(maxRecords));
+        std::fill(ends, ends + countedDeal->getNumberOfBuckets(), Place{0});
+    }
+    void count(const Record& record) {
+        ++ends[countedDeal->getBucket(keys->template getKey<0>(record))];
+    }
+
+    // At most MAX_RECORDS records; those counted, in any order, if any were. After n
+    // visits, visit(const Record&) may have overwritten the first n places of the table.
     template <typename Visit>
     void visitInOrder(Record* records, std::size_t count, const Keys& recordKeys, Visit visit) {
         keys = &recordKeys;
-        visitRunWithin<0>(records, count, recordKeys.getBounds(), visit);
+        if (countedDeal && count > MAX_COPIED)
+            visitDealt<0>(records, count, *countedDeal, visit);
+        else
+            visitRunWithin<0>(records, count, recordKeys.getBounds(), visit);
     }
 
 private:
@@ -124,10 +139,16 @@ private:
             visitCopies<KEY>(records, count, bounds, visit);
             return;
         }
-        const int bucketBits = static_cast<int>(std::bit_width(count / BUCKET_SIZE));
-        const Deal deal(bounds, std::min(bucketBits, MAX_BUCKET_BITS));
-        dealOut<KEY>(records, count, deal);
+        const Deal deal(bounds, bucketBitsFor(count));
+        countByBucket<KEY>(records, count, deal);
+        visitDealt<KEY>(records, count, deal, visit);
+    }
 
+    // Deals the records out, which are counted already, and visits bucket by bucket.
+    template <int KEY, typename Visit>
+    // NOLINTNEXTLINE(misc-no-recursion): at most as deep as the keys have bits
+    void visitDealt(Record* records, std::size_t count, const Deal& deal, Visit& visit) {
+        dealOut<KEY>(records, deal);
         for (std::size_t begin = 0, end = 0; begin < count; begin = end) {
             end = findEndOfBucket<KEY>(records, begin, count, deal);
             Record* const bucket = records + begin;
@@ -169,8 +190,8 @@ private:
     // the next round over the bucket, not at once: so no swap waits for the one
     // before it, and the fetches from memory overlap.
     template <int KEY>
-    void dealOut(Record* records, std::size_t count, const Deal& deal) {
-        placeBuckets<KEY>(records, count, deal);
+    void dealOut(Record* records, const Deal& deal) {
+        placeBuckets(deal);
 
         std::size_t unfinishedCount = deal.getNumberOfBuckets();
         for (std::size_t bucket = 0; bucket < unfinishedCount; ++bucket)
@@ -192,16 +213,22 @@ private:
         }
     }
 
-    // Sets heads and ends to where each bucket begins and ends.
+    static int bucketBitsFor(std::size_t count) {
+        return std::min(static_cast<int>(std::bit_width(count / BUCKET_SIZE)), MAX_BUCKET_BITS);
+    }
+
+    // Sets each entry of ends to the number of records that the bucket gets.
     template <int KEY>
-    void placeBuckets(const Record* records, std::size_t count, const Deal& deal) {
-        const std::size_t numberOfBuckets = deal.getNumberOfBuckets();
-        std::fill(ends, ends + numberOfBuckets, Place{0});
+    void countByBucket(const Record* records, std::size_t count, const Deal& deal) {
+        std::fill(ends, ends + deal.getNumberOfBuckets(), Place{0});
         for (std::size_t place = 0; place < count; ++place)
             ++ends[deal.getBucket(keys->template getKey<KEY>(records[place]))];
+    }
 
+    // Sets heads and ends to where each bucket begins and ends; ends has the counts.
+    void placeBuckets(const Deal& deal) {
         Place begin = 0;
-        for (std::size_t bucket = 0; bucket < numberOfBuckets; ++bucket) {
+        for (std::size_t bucket = 0; bucket < deal.getNumberOfBuckets(); ++bucket) {
             heads[bucket] = begin;
             begin += ends[bucket];
             ends[bucket] = begin;
@@ -324,6 +351,7 @@ private:
     }
 
     const Keys* keys = nullptr;
+    std::optional<Deal> countedDeal;
 
     // While records are dealt out: the first place of each bucket that does not
     // hold its own yet, the place behind its last, and the buckets not done.

@@ -34,14 +34,20 @@ void cutOff(Table& table, std::size_t newSize) noexcept {
     table.erase(table.begin() + static_cast<std::ptrdiff_t>(newSize), table.end());
 }
 
-// Sets each vertex's index to its position. True if all are in order.
-bool numberVertices(VertexTable& vertices) noexcept {
+// Sets each vertex's index to its position, where it is another, and makes the order
+// ready. True if all vertices are in order.
+bool numberVertices(VertexTable& vertices, VertexOrder& order) noexcept {
     bool isInOrder = true;
     for (std::size_t position = 0; position < vertices.size(); ++position) {
-        vertices[position].index = static_cast<std::int32_t>(position);
-        isInOrder = isInOrder && (position == 0 || VertexOrder::precedes(vertices[position - 1],
-                                                                         vertices[position]));
+        Vertex& vertex = vertices[position];
+        // Most are right, and memory that is not written need not be stored.
+        if (vertex.index != static_cast<std::int32_t>(position))
+            vertex.index = static_cast<std::int32_t>(position);
+        isInOrder =
+            isInOrder && (position == 0 || VertexOrder::precedes(vertices[position - 1], vertex));
+        order.addToRange(vertex);
     }
+    order.setScale();
     return isInOrder;
 }
 
@@ -61,10 +67,11 @@ void mergeEqualVertices(VertexTable& vertices, VertexSorter& sorter, IndexMap& n
         newPositions[oldPosition] = static_cast<std::int32_t>(keptCount) - 1;
         work.count(1);
     };
-    if (numberVertices(vertices))
+    VertexOrder order;
+    if (numberVertices(vertices, order))
         std::for_each(vertices.begin(), vertices.end(), keepOrMerge);
     else
-        sorter.visitInOrder(vertices.data(), vertices.size(), VertexOrder(vertices), keepOrMerge);
+        sorter.visitInOrder(vertices.data(), vertices.size(), order, keepOrMerge);
     cutOff(vertices, keptCount);
 }
 
@@ -87,9 +94,10 @@ bool isDegenerate(const Face& face) noexcept {
            corners[1].vertexIndex == corners[2].vertexIndex;
 }
 
-// Renumbers and marks all faces and drops the degenerate ones. True if those that
-// stay are in order.
-bool renumberFaces(FaceTable& faces, const IndexMap& newPositions, WorkOfChange& work) noexcept {
+// Renumbers and marks all faces and drops the degenerate ones; those that stay are
+// counted for the sort. True if they are in order.
+bool renumberFaces(FaceTable& faces, const IndexMap& newPositions, FaceSorter& sorter,
+                   WorkOfChange& work) noexcept {
     bool isInOrder = true;
     std::size_t keptCount = 0;
     for (Face face : faces) {
@@ -97,6 +105,7 @@ bool renumberFaces(FaceTable& faces, const IndexMap& newPositions, WorkOfChange&
             FaceOrder::mark(face, static_cast<std::int32_t>(keptCount));
             isInOrder =
                 isInOrder && (keptCount == 0 || FaceOrder::precedes(faces[keptCount - 1], face));
+            sorter.count(face);
             faces[keptCount++] = face;
         }
         work.count(1);
@@ -125,7 +134,7 @@ bool isSameUpToRotation(const Face& a, const Face& b) noexcept {
 // True if other faces over the same vertices remain. Only neighbours are compared: a duplicate with
 // a mirror image between stays.
 bool removeDuplicateFaces(ObjModel& model, bool isInOrder, FaceSorter& sorter,
-                          WorkOfChange& work) noexcept {
+                          const FaceOrder& order, WorkOfChange& work) noexcept {
     // Lists of more groups than the caches hold beside the sort are filled faster by
     // themselves.
     constexpr std::size_t MOST_GROUPS_LISTED_AT_ONCE = 256;
@@ -152,8 +161,7 @@ bool removeDuplicateFaces(ObjModel& model, bool isInOrder, FaceSorter& sorter,
     if (isInOrder)
         std::for_each(faces.begin(), faces.end(), keepOrDrop);
     else
-        sorter.visitInOrder(faces.data(), faces.size(), FaceOrder(model.vertices.size()),
-                            keepOrDrop);
+        sorter.visitInOrder(faces.data(), faces.size(), order, keepOrDrop);
     cutOff(faces, keptCount);
     if (!areListedAtOnce)
         rebuildGroupFaceLists(model);
@@ -175,8 +183,11 @@ void compactData(ObjModel& model) {
     WorkOfChange work(model.vertices.size() + 2 * model.faces.size());
     model.hierarchyValid = false;
     mergeEqualVertices(model.vertices, *vertexSorter, newPositions, work);
-    const bool isInOrder = renumberFaces(model.faces, newPositions, work);
-    model.hasConflictingFaces = removeDuplicateFaces(model, isInOrder, *faceSorter, work);
+    const FaceOrder faceOrder(model.vertices.size());
+    faceSorter->beginCounting(model.faces.size(), faceOrder);
+    const bool isInOrder = renumberFaces(model.faces, newPositions, *faceSorter, work);
+    model.hasConflictingFaces =
+        removeDuplicateFaces(model, isInOrder, *faceSorter, faceOrder, work);
     stopIfCancelled();
 }
 

@@ -86,12 +86,13 @@ private:
 // Vertex::operator< an ordering for all coordinates. Has what BucketSorter needs.
 class VertexOrder {
 public:
-    explicit VertexOrder(const VertexTable& vertices) noexcept {
-        for (const Vertex& vertex : vertices) {
-            coarseX.addToRange(vertex.x);
-            coarseY.addToRange(vertex.y);
-            coarseZ.addToRange(vertex.z);
-        }
+    // To be told of every vertex before anything is asked, and then that these are all.
+    void addToRange(const Vertex& vertex) noexcept {
+        coarseX.addToRange(vertex.x);
+        coarseY.addToRange(vertex.y);
+        coarseZ.addToRange(vertex.z);
+    }
+    void setScale() noexcept {
         coarseX.setScale();
         coarseY.setScale();
         coarseZ.setScale();

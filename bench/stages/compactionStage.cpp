@@ -149,13 +149,17 @@ void sortFacesAlone(const Arguments& arguments, Measured& measured) {
     ObjModel model;
     fillFaces(arguments, model);
     measured.time(PART, [&] {
-        std::int32_t position = 0;
-        for (Face& face : model.faces)
-            FaceOrder::mark(face, position++);
+        const FaceOrder order(model.vertices.size());
         const auto sorter = std::make_unique<BucketSorter<Face, FaceOrder>>(model.faces.size());
+        sorter->beginCounting(model.faces.size(), order);
+        std::int32_t position = 0;
+        for (Face& face : model.faces) {
+            FaceOrder::mark(face, position++);
+            sorter->count(face);
+        }
         Face* place = model.faces.data();
-        sorter->visitInOrder(model.faces.data(), model.faces.size(),
-                             FaceOrder(model.vertices.size()), [&](const Face& marked) {
+        sorter->visitInOrder(model.faces.data(), model.faces.size(), order,
+                             [&](const Face& marked) {
                                  Face face = marked;
                                  FaceOrder::unmark(face);
                                  *place++ = face;
