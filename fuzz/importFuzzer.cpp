@@ -26,7 +26,8 @@ struct Settings {
     bool reverses = false;       // "r"
     bool showsLastNames = true;  // "l": no
     const char* limitType = "";  // "I", "F", "V"
-    int limit = 0;               // "1" to "9": rounds, or so many times fifteen records
+    int number = 0;              // "1" to "9": rounds, or so many times sixty records
+    int limit = 0;               // what the type and the number say together
     int throwsAt = -1;           // "t" with a letter behind it: at message 0 to 25
     int cancelsAt = -1;          // "p" with a letter: at that call for progress
     bool asksInside = false;     // "g": getters and tree at each message
@@ -47,7 +48,7 @@ void readSettings(std::string_view text, Settings& settings) {
     for (std::size_t place = 0; place < text.size(); ++place) {
         const char letter = text[place];
         if (letter >= '1' && letter <= '9')
-            settings.limit = letter - '0';
+            settings.number = letter - '0';
         switch (letter) {
             case 'c':
                 settings.compacts = false;
@@ -83,10 +84,11 @@ void readSettings(std::string_view text, Settings& settings) {
                 break;
         }
     }
-    constexpr int RECORDS = 15;
+    constexpr int RECORDS = 60;
     constexpr int MOST_ROUNDS = 2;
     const bool countsRecords = *settings.limitType == 'F' || *settings.limitType == 'V';
-    settings.limit = countsRecords ? settings.limit * RECORDS : settings.limit % (MOST_ROUNDS + 1);
+    settings.limit =
+        countsRecords ? settings.number * RECORDS : settings.number % (MOST_ROUNDS + 1);
 }
 
 Input readInput(std::string_view text) {
