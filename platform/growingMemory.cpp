@@ -39,6 +39,10 @@ std::size_t roundedUp(std::size_t bytes, std::size_t step) noexcept {
     return (bytes + step - 1) / step * step;
 }
 
+bool arePagesRefused() noexcept {
+    return refusesPages != nullptr && refusesPages();
+}
+
 #if defined(__linux__)
 
 // Small tables move seldom: this much is only addresses.
@@ -48,11 +52,14 @@ void releaseRange(const PageRange& range) noexcept {
     ::munmap(range.begin, range.addressBytes);
 }
 
+// No system has smaller pages.
+constexpr std::size_t SMALLEST_PAGE = 4096;
+
 // Addresses that begin at a multiple of PAGE_STEP, so that every page can be a
-// huge one.
+// huge one. The margin is what it takes wherever the system's begin.
 PageRange reserveAligned(std::size_t addressBytes) noexcept {
-    const std::size_t withMargin = addressBytes + PAGE_STEP;
-    void* reserved = ::mmap(nullptr, withMargin, PROT_READ | PROT_WRITE,
+    constexpr std::size_t MARGIN = PAGE_STEP - SMALLEST_PAGE;
+    void* reserved = ::mmap(nullptr, addressBytes + MARGIN, PROT_READ | PROT_WRITE,
                             MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
     if (reserved == MAP_FAILED)
         return {};
@@ -61,8 +68,8 @@ PageRange reserveAligned(std::size_t addressBytes) noexcept {
     char* begin = static_cast<char*>(reserved) + head;
     if (head > 0)
         ::munmap(reserved, head);
-    if (head < PAGE_STEP)
-        ::munmap(begin + addressBytes, PAGE_STEP - head);
+    if (head < MARGIN)
+        ::munmap(begin + addressBytes, MARGIN - head);
     return {begin, addressBytes, addressBytes};
 }
 
@@ -84,8 +91,8 @@ PageRange growRange(const PageRange& old, std::size_t, std::size_t wantedBytes,
     const PageRange grown = makeRange(wantedBytes, likelyBytes);
     if (grown.begin == nullptr)
         return {};
-    if (::mremap(old.begin, old.addressBytes, grown.addressBytes, MREMAP_MAYMOVE | MREMAP_FIXED,
-                 grown.begin) == MAP_FAILED) {
+    if (arePagesRefused() || ::mremap(old.begin, old.addressBytes, grown.addressBytes,
+                                      MREMAP_MAYMOVE | MREMAP_FIXED, grown.begin) == MAP_FAILED) {
         releaseRange(grown);
         return {};
     }
@@ -209,9 +216,9 @@ void GrowingMemory::grow(std::size_t usedBytes, std::size_t wantedBytes, std::si
     assert(usedBytes <= block.capacity && wantedBytes > block.capacity &&
            likelyBytes >= wantedBytes);
     if (wantedBytes < SMALLEST_OWN_PAGES)
-        growOnHeap(usedBytes, std::min(likelyBytes, SMALLEST_OWN_PAGES));
+        growOnHeap(usedBytes, wantedBytes, std::min(likelyBytes, SMALLEST_OWN_PAGES));
     else if (!growOnPages(usedBytes, wantedBytes, likelyBytes))
-        growOnHeap(usedBytes, std::min(likelyBytes, 2 * wantedBytes));
+        growOnHeap(usedBytes, wantedBytes, std::min(likelyBytes, 2 * wantedBytes));
 }
 
 bool GrowingMemory::extend(std::size_t wantedBytes) noexcept {
@@ -255,7 +262,7 @@ void GrowingMemory::swap(GrowingMemory& other) noexcept {
 // False, with the block as it was, when the system gives no pages.
 bool GrowingMemory::growOnPages(std::size_t usedBytes, std::size_t wantedBytes,
                                 std::size_t likelyBytes) noexcept {
-    if (likelyBytes > MOST_PAGE_BYTES || (refusesPages != nullptr && refusesPages()))
+    if (likelyBytes > MOST_PAGE_BYTES || arePagesRefused())
         return false;
     PageRange range;
     if (block.origin == Origin::PAGES) {
@@ -275,8 +282,15 @@ bool GrowingMemory::growOnPages(std::size_t usedBytes, std::size_t wantedBytes,
     return true;
 }
 
-void GrowingMemory::growOnHeap(std::size_t usedBytes, std::size_t bytes) {
-    void* grown = ::operator new(bytes);
+// Where the likely size is not to be had, the wanted one may be.
+void GrowingMemory::growOnHeap(std::size_t usedBytes, std::size_t wantedBytes,
+                               std::size_t likelyBytes) {
+    std::size_t bytes = likelyBytes;
+    void* grown = ::operator new(bytes, std::nothrow);
+    if (grown == nullptr) {
+        bytes = wantedBytes;
+        grown = ::operator new(bytes);
+    }
     if (usedBytes > 0)
         std::memcpy(grown, block.begin, usedBytes);
     release();

@@ -17,9 +17,9 @@ namespace obj_adapter::platform {
 // From this size on a block has its own pages.
 constexpr std::size_t SMALLEST_OWN_PAGES = std::size_t{512} * 1024;
 
-// Asked before pages are requested, if set: true refuses them, and operator new
-// has to serve. For tests that count memory or let it run out; the library never
-// sets it.
+// Asked before pages are requested, and on Linux once more before they are moved, if
+// set: true refuses, and operator new has to serve. For tests that count memory or let
+// it run out; the library never sets it.
 using PageRefusal = bool (*)() noexcept;
 extern PageRefusal refusesPages;
 
@@ -69,7 +69,7 @@ private:
 
     bool growOnPages(std::size_t usedBytes, std::size_t wantedBytes,
                      std::size_t likelyBytes) noexcept;
-    void growOnHeap(std::size_t usedBytes, std::size_t bytes);
+    void growOnHeap(std::size_t usedBytes, std::size_t wantedBytes, std::size_t likelyBytes);
     void release() noexcept;
 
     Block block;
