@@ -23,6 +23,11 @@ class NamePositions {
 public:
     static constexpr int NONE = -1;
 
+    NamePositions() = default;
+
+    // With room for fewer bytes of names outside the map: for tests.
+    explicit NamePositions(std::size_t ownMostText) noexcept : mostText(ownMostText) {}
+
     // The position added with the name, or NONE.
     int find(std::string_view name) const noexcept {
         if (slots.empty())
@@ -44,7 +49,7 @@ public:
     void add(std::string_view name, int position) {
         if (slots.size() < SLOTS_PER_NAME * (count + 1))
             grow();
-        if (name.size() > MAX_TEXT - texts.size()) {
+        if (name.size() > mostText - texts.size()) {
             overflow.emplace(name, position);
             return;
         }
@@ -127,6 +132,7 @@ private:
 
     std::vector<Slot> slots;  // a power of two, at most half of them taken
     std::string texts;
+    std::size_t mostText = MAX_TEXT;
     std::map<std::string, int, std::less<>> overflow;
     std::size_t count = 0;
 };

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -24,6 +25,25 @@ void expectAllFound(const std::vector<std::string>& names) {
     positions.clear();
     for (const std::string& name : names)
         ASSERT_EQ(positions.find(name), NamePositions::NONE);
+}
+
+// Beyond 4 GB of names, which slots cannot point at, the map takes the rest; a shorter
+// name may still have room.
+TEST(NamePositions, areFoundBeyondTheRoomForTexts) {
+    const std::vector<std::string> names = {"abc", "defgh", "ijk", "lm", "n", "", "opqrstuvwxyz"};
+    for (const std::size_t room : {0U, 1U, 3U, 7U, 10U, 11U, 100U}) {
+        SCOPED_TRACE(room);
+        NamePositions positions(room);
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            ASSERT_EQ(positions.find(names[i]), NamePositions::NONE) << i;
+            positions.add(names[i], static_cast<int>(i));
+        }
+        for (std::size_t i = 0; i < names.size(); ++i)
+            EXPECT_EQ(positions.find(names[i]), static_cast<int>(i)) << i;
+        positions.clear();
+        EXPECT_EQ(positions.find(names[0]), NamePositions::NONE);
+        EXPECT_EQ(positions.find(names[2]), NamePositions::NONE);
+    }
 }
 
 TEST(NamePositions, areFoundByTheWholeName) {
