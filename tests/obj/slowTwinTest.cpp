@@ -1,4 +1,5 @@
-// Whole texts read as the slow twin reads them: every record, group and message.
+// Whole texts read as the slow twin reads them: every record, group, material and
+// message.
 #include "model/objModel.h"
 #include "support/generatedFile.h"
 #include "support/importScenarios.h"
@@ -11,8 +12,11 @@
 #include <gtest/gtest.h>
 #include <obj_adapter/obj_adapter.h>
 
+#include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
+#include <map>
 #include <string>
 #include <string_view>
 
@@ -22,36 +26,74 @@ namespace {
 const std::string FIRST_MESSAGES = "3|Obj Converter Import:\n3|Reading input file...\n";
 const std::string LAST_MESSAGES = "3|Done reading input.\n3|Obj data import complete.\n";
 
+bool openLibrary(void* materials, const char* name, const char** text, std::size_t* size) {
+    const auto& libraries = static_cast<const SlowMaterials*>(materials)->libraries;
+    const auto library = libraries.find(name);
+    if (library == libraries.end())
+        return false;
+    *text = library->second.data();
+    *size = library->second.size();
+    return true;
+}
+
 // Imports the text twice into one converter, and the twin twice into one model.
-void expectReadAsByTwin(const std::string& text) {
+void expectReadAsByTwin(const std::string& text,
+                        const std::map<std::string, std::string>& libraries = {}) {
     ObjConverter::clearInstance();
     ObjConverter* converter = ObjConverter::getInstance();
     converter->setDataCompaction(false);
     converter->setSkipPolygonsWithoutEar(true);
     ObjModel twin;
+    SlowMaterials materials{libraries, {}};
     for (const char* fileName : {"first.obj", "second.obj"}) {
         SCOPED_TRACE(fileName);
         MessageRecorder recorder;
-        const std::string messages = readObjSlowly(text, fileName, twin);
-        ASSERT_EQ(converter->importObjDataFromMemory(fileName, text.data(), text.size(), nullptr,
-                                                     nullptr),
+        const std::string messages = readObjSlowly(text, fileName, twin, materials);
+        ASSERT_EQ(converter->importObjDataFromMemory(fileName, text.data(), text.size(),
+                                                     &openLibrary, &materials),
                   ObjConverter::CONVERTER_OK);
         ASSERT_EQ(recorder.getText(), FIRST_MESSAGES + messages + LAST_MESSAGES) << text;
-        ASSERT_EQ(printModel(viewOf(*converter)), printModel(viewOfModel(twin))) << text;
+        ModelView expected = viewOfModel(twin);
+        expected.materials = materials.materials;
+        ASSERT_EQ(printModel(viewOf(*converter)), printModel(expected)) << text;
     }
 }
 
 TEST(SlowTwin, generatedFiles) {
     constexpr unsigned FILES = 400;
-    for (unsigned seed = 1; seed <= FILES; ++seed)
-        ASSERT_NO_FATAL_FAILURE(expectReadAsByTwin(generateFile(seed).objText)) << seed;
+    for (unsigned seed = 1; seed <= FILES; ++seed) {
+        const GeneratedFile file = generateFile(seed);
+        ASSERT_NO_FATAL_FAILURE(expectReadAsByTwin(file.objText, {{"generated.mtl", file.mtlText}}))
+            << seed;
+    }
 }
 
 TEST(SlowTwin, scenariosAndSamples) {
     for (const ImportScenario& scenario : importScenarios())
-        ASSERT_NO_FATAL_FAILURE(expectReadAsByTwin(scenario.objText)) << scenario.title;
+        ASSERT_NO_FATAL_FAILURE(expectReadAsByTwin(scenario.objText, scenario.options.otherFiles))
+            << scenario.title;
+    const std::string library = readFileBytes(std::string(OBJ_ADAPTER_SAMPLES) + "/repairs.mtl");
     for (const auto& entry : std::filesystem::directory_iterator(OBJ_ADAPTER_SAMPLES))
-        ASSERT_NO_FATAL_FAILURE(expectReadAsByTwin(readFileBytes(entry.path().string())));
+        ASSERT_NO_FATAL_FAILURE(
+            expectReadAsByTwin(readFileBytes(entry.path().string()), {{"repairs.mtl", library}}));
+}
+
+// From some number of corners on, the short way leaves a polygon to the plain one.
+TEST(SlowTwin, polygonsOfManyCorners) {
+    for (const int corners : {62, 63, 64, 65, 66, 67, 100}) {
+        std::string text;
+        std::string face = "f";
+        for (int corner = 0; corner < corners; ++corner) {
+            const double angle = 6.283185307179586 * corner / corners;
+            text += "v " + std::to_string(std::cos(angle)) + " " + std::to_string(std::sin(angle)) +
+                    " 0\n";
+            face += " " + std::to_string(corner + 1);
+        }
+        // Convex, and with a corner at the centre.
+        text += "v 0 0 0\n";
+        text += face + "\n" + face + " " + std::to_string(corners + 1) + "\n";
+        ASSERT_NO_FATAL_FAILURE(expectReadAsByTwin(text)) << corners;
+    }
 }
 
 // Statements a little out of the ordinary, of pieces that belong to their grammar.

@@ -1,17 +1,13 @@
-// Shares no code with the library's reading, but for hexadecimal numbers: C libraries
-// have been seen to round the smallest of them the wrong way.
+// Shares no code with the library's reading.
 #include "support/slowObjReader.h"
 
 #include "model/objModel.h"
-#include "obj/numberParsing.h"
+#include "support/slowMtlReader.h"
+#include "support/slowTexts.h"
 #include "support/slowTriangulation.h"
 
-#include <cerrno>
-#include <cmath>
 #include <cstddef>
-#include <cstdlib>
 #include <cstring>
-#include <limits>
 #include <map>
 #include <sstream>
 #include <stdexcept>
@@ -21,46 +17,6 @@
 namespace obj_adapter::test {
 
 namespace {
-
-const char DELIMITERS[] = " \t\n\r\\";
-
-bool isKeyword(const std::string& token, const char* keyword) {
-    std::string lower = token;
-    for (char& character : lower) {
-        if (character >= 'A' && character <= 'Z')
-            character = static_cast<char>(character - 'A' + 'a');
-    }
-    return lower == keyword;
-}
-
-double parseDoubleSlowly(const char* token) {
-    if (token == nullptr)
-        throw std::runtime_error("No float value found");
-    if (std::strpbrk(token, "xX") != nullptr)
-        return parseDouble(Token{token, token + std::strlen(token)});
-    char* end = nullptr;
-    errno = 0;
-    const double value = std::strtod(token, &end);
-    if (end == token)
-        throw std::invalid_argument("invalid stod argument");
-    if (errno == ERANGE && (std::isinf(value) || value == 0.0))
-        throw std::out_of_range("stod argument out of range");
-    return value;
-}
-
-int parseIntSlowly(const std::string& text) {
-    if (text.empty())
-        throw std::runtime_error("No integer found");
-    char* end = nullptr;
-    errno = 0;
-    const long value = std::strtol(text.c_str(), &end, 10);
-    if (end == text.c_str())
-        throw std::invalid_argument("invalid stoi argument");
-    if (errno == ERANGE || value < std::numeric_limits<int>::min() ||
-        value > std::numeric_limits<int>::max())
-        throw std::out_of_range("stoi argument out of range");
-    return static_cast<int>(value);
-}
 
 int resolveSlowly(const std::string& text, std::size_t count) {
     const int value = parseIntSlowly(text);
@@ -72,20 +28,15 @@ int resolveSlowly(const std::string& text, std::size_t count) {
 
 class SlowReader {
 public:
-    explicit SlowReader(ObjModel& ownModel) : model(ownModel) {}
+    SlowReader(ObjModel& ownModel, SlowMaterials& ownMaterials)
+        : model(ownModel), materials(ownMaterials) {}
 
     std::string read(const std::string& text, const std::string& fileName) {
         model.name = fileName.size() < 4 ? fileName : fileName.substr(0, fileName.size() - 4);
         addGroup({model.name});
         std::istringstream stream(text);
-        while (stream.peek() != std::istringstream::traits_type::eof()) {
-            std::string line = nextLine(stream);
-            if (!line.empty() && line.back() == '\\') {
-                line.pop_back();
-                line += nextLine(stream);
-            }
-            readLine(line);
-        }
+        while (!isAtSlowEnd(stream))
+            readLine(nextSlowLine(stream));
         for (const auto& [keyword, times] : unrecognized)
             report(2, "Unrecognized statement: \"" + keyword.substr(0, 100) + "\" was seen " +
                           std::to_string(times) + " times.");
@@ -98,15 +49,6 @@ public:
     }
 
 private:
-    static std::string nextLine(std::istream& stream) {
-        std::string line;
-        std::getline(stream, line);
-        return line;
-    }
-
-    // The present line's next token, or null; strtok's position.
-    static char* nextToken() { return std::strtok(nullptr, DELIMITERS); }
-
     void report(int level, const std::string& text) {
         messages += std::to_string(level) + "|" + text + "\n";
     }
@@ -114,23 +56,23 @@ private:
     void readLine(std::string line) {
         if (line.size() < 2 || line[0] == '#')
             return;
-        const char* first = std::strtok(line.data(), DELIMITERS);
+        const char* first = std::strtok(line.data(), SLOW_DELIMITERS);
         if (first == nullptr)
             return;
         const std::string keyword = first;
-        if (isKeyword(keyword, "v"))
+        if (equalsSlowly(keyword, "v"))
             readVertex();
-        else if (isKeyword(keyword, "vt"))
+        else if (equalsSlowly(keyword, "vt"))
             readTexturePoint();
-        else if (isKeyword(keyword, "vn"))
+        else if (equalsSlowly(keyword, "vn"))
             readNormal();
-        else if (isKeyword(keyword, "f"))
+        else if (equalsSlowly(keyword, "f"))
             readFace();
-        else if (isKeyword(keyword, "g") || isKeyword(keyword, "o"))
+        else if (equalsSlowly(keyword, "g") || equalsSlowly(keyword, "o"))
             readGroup();
-        else if (isKeyword(keyword, "mtllib"))
+        else if (equalsSlowly(keyword, "mtllib"))
             readLibrary();
-        else if (isKeyword(keyword, "usemtl"))
+        else if (equalsSlowly(keyword, "usemtl"))
             readUse();
         else
             ++unrecognized[keyword];
@@ -139,10 +81,10 @@ private:
     void readVertex() {
         Vertex vertex;
         try {
-            vertex.x = parseDoubleSlowly(nextToken());
-            vertex.y = parseDoubleSlowly(nextToken());
-            vertex.z = parseDoubleSlowly(nextToken());
-            if (const char* weight = nextToken())
+            vertex.x = parseDoubleSlowly(nextSlowToken());
+            vertex.y = parseDoubleSlowly(nextSlowToken());
+            vertex.z = parseDoubleSlowly(nextSlowToken());
+            if (const char* weight = nextSlowToken())
                 vertex.w = parseDoubleSlowly(weight);
         } catch (const std::exception& failure) {
             report(1, std::string("Error processing vertex: ") + failure.what() +
@@ -156,9 +98,9 @@ private:
     void readTexturePoint() {
         TexturePoint point;
         try {
-            point.u = parseDoubleSlowly(nextToken());
-            point.v = parseDoubleSlowly(nextToken());
-            if (const char* third = nextToken())
+            point.u = parseDoubleSlowly(nextSlowToken());
+            point.v = parseDoubleSlowly(nextSlowToken());
+            if (const char* third = nextSlowToken())
                 point.w = parseDoubleSlowly(third);
         } catch (const std::exception& failure) {
             report(1, std::string("Error processing vertex texture: ") + failure.what() +
@@ -172,9 +114,9 @@ private:
     void readNormal() {
         NormalPoint normal;
         try {
-            normal.x = parseDoubleSlowly(nextToken());
-            normal.y = parseDoubleSlowly(nextToken());
-            normal.z = parseDoubleSlowly(nextToken());
+            normal.x = parseDoubleSlowly(nextSlowToken());
+            normal.y = parseDoubleSlowly(nextSlowToken());
+            normal.z = parseDoubleSlowly(nextSlowToken());
         } catch (const std::exception& failure) {
             report(1, std::string("Error processing vertex normal: ") + failure.what() +
                           "\nVertex Normal will be replaced by (0,0,0).");
@@ -205,7 +147,7 @@ private:
     void readFace() {
         std::vector<FaceElement> corners;
         try {
-            while (const char* token = nextToken())
+            while (const char* token = nextSlowToken())
                 corners.push_back(parseCorner(token));
         } catch (const std::exception& failure) {
             report(1, std::string("Could not process face. ") + failure.what() + " Skipping face.");
@@ -240,6 +182,7 @@ private:
     }
 
     void addFace(Face face) {
+        face.materialIndex = currentMaterial;
         face.groupIndex = static_cast<int>(model.groups.size()) - 1;
         model.groups.back().faceIndices.push_back(static_cast<int>(model.faces.size()));
         model.faces.push_back(face);
@@ -255,7 +198,7 @@ private:
 
     void readGroup() {
         std::vector<std::string> names;
-        while (const char* token = nextToken())
+        while (const char* token = nextSlowToken())
             names.push_back(token);
         if (names.empty())
             names = {"default"};
@@ -263,17 +206,31 @@ private:
     }
 
     void readLibrary() {
-        if (const char* name = nextToken())
-            report(1, "Could not find material library " + std::string(name).substr(0, 100));
-        else
+        const char* token = nextSlowToken();
+        if (token == nullptr) {
             report(1, "No name given for material library. Materials will not be loaded.");
+            return;
+        }
+        const std::string name = token;
+        const auto library = materials.libraries.find(name);
+        if (library == materials.libraries.end()) {
+            report(1, "Could not find material library " + name.substr(0, 100));
+            return;
+        }
+        report(3, "Using Mtllib file: " + name);
+        messages += readMtlSlowly(library->second, materials.materials);
     }
 
     void readUse() {
-        if (const char* name = nextToken())
-            ++missing[name];
-        else
+        currentMaterial = -1;
+        const char* name = nextSlowToken();
+        if (name == nullptr) {
             report(1, "usemtl with no material name. No material will be assigned.");
+            return;
+        }
+        currentMaterial = findMaterialSlowly(name, materials.materials);
+        if (currentMaterial == -1)
+            ++missing[name];
     }
 
     // The corner's index by the rule; whether it was changed.
@@ -322,6 +279,8 @@ private:
     }
 
     ObjModel& model;
+    SlowMaterials& materials;
+    int currentMaterial = -1;
     std::string messages;
     std::map<std::string, int> unrecognized;
     std::map<std::string, int> missing;
@@ -329,8 +288,14 @@ private:
 
 }  // namespace
 
+std::string readObjSlowly(const std::string& text, const std::string& fileName, ObjModel& model,
+                          SlowMaterials& materials) {
+    return SlowReader(model, materials).read(text, fileName);
+}
+
 std::string readObjSlowly(const std::string& text, const std::string& fileName, ObjModel& model) {
-    return SlowReader(model).read(text, fileName);
+    SlowMaterials none;
+    return readObjSlowly(text, fileName, model, none);
 }
 
 }  // namespace obj_adapter::test
