@@ -102,6 +102,23 @@ add_test_program(exportedInterfaceTests host_test_support
     exportedInterface/exportedInterfaceTest.cpp
     exportedInterface/recordLayoutTest.cpp)
 
+# --- Hosts with a decimal comma -----------------------------------------------------
+
+if(UNIX AND NOT APPLE)
+    find_program(LOCALEDEF localedef)
+    mark_as_advanced(LOCALEDEF)
+    if(LOCALEDEF AND EXISTS /usr/share/i18n/locales/de_DE)
+        add_script_test(decimalComma installed/decimalComma.cmake
+            LOCALEDEF=${LOCALEDEF}
+            "PROGRAMS=$<TARGET_FILE:objTests>$<SEMICOLON>$<TARGET_FILE:robustnessTests>"
+            WORK=${outsideWork}/decimalComma)
+    elseif(OBJ_ADAPTER_REQUIRE_PEERS)
+        message(FATAL_ERROR "the test decimalComma needs localedef and its sources (locales)")
+    else()
+        message(STATUS "the test decimalComma left out: needs localedef and its sources")
+    endif()
+endif()
+
 # --- Loading and unloading --------------------------------------------------------
 
 if(MINGW OR (UNIX AND NOT APPLE AND NOT OBJ_ADAPTER_SANITIZE))

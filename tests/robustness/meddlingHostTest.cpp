@@ -198,17 +198,17 @@ TEST_P(MeddlingHost, movesTheProcessAtEachMessage) {
         isAway = !isAway;
         std::filesystem::current_path(isAway ? elsewhere : directoryBefore);
     };
-    char text[] = "one two three";
-    std::strtok(text, " ");
     const Outcome outcome = import();
     std::filesystem::current_path(directoryBefore);
     std::setlocale(LC_ALL, "C");
     EXPECT_TRUE(outcome == quiet);
 
+    char text[] = "one two three";
     std::strtok(text, " ");
     errno = ENOENT;
     EXPECT_TRUE(import() == quiet);
     EXPECT_EQ(errno, ENOENT);
+    EXPECT_STREQ(std::strtok(nullptr, " "), "two");
     EXPECT_EQ(std::filesystem::current_path(), directoryBefore);
     EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), "C");
     errno = 0;
@@ -226,6 +226,20 @@ TEST_P(MeddlingHost, hasALocaleOfItsOwn) {
         std::locale::global(std::locale(std::locale::classic(), new CommaNumbers));
     const Outcome outcome = import();
     std::locale::global(before);
+    EXPECT_TRUE(outcome == quiet);
+}
+
+// The same by the C library, where such a locale is installed; the test decimalComma
+// makes one.
+TEST_P(MeddlingHost, hasALocaleOfTheCLibraryOfItsOwn) {
+    if (std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr)
+        GTEST_SKIP() << "there is no such locale";
+    const std::string decimalPoint = std::localeconv()->decimal_point;
+    const Outcome outcome = import();
+    const std::string nameAfter = std::setlocale(LC_ALL, nullptr);
+    std::setlocale(LC_ALL, "C");
+    EXPECT_EQ(decimalPoint, ",");
+    EXPECT_EQ(nameAfter, "de_DE.UTF-8");
     EXPECT_TRUE(outcome == quiet);
 }
 
