@@ -286,7 +286,7 @@ bool GrowingMemory::growOnPages(std::size_t usedBytes, std::size_t wantedBytes,
 void GrowingMemory::growOnHeap(std::size_t usedBytes, std::size_t wantedBytes,
                                std::size_t likelyBytes) {
     std::size_t bytes = likelyBytes;
-    void* grown = ::operator new(bytes, std::nothrow);
+    void* grown = likelyBytes > wantedBytes ? ::operator new(bytes, std::nothrow) : nullptr;
     if (grown == nullptr) {
         bytes = wantedBytes;
         grown = ::operator new(bytes);
