@@ -12,12 +12,23 @@ function(obj_adapter_set_windows_library target)
         ${PROJECT_BINARY_DIR}/${target}.rc @ONLY)
     target_sources(${target} PRIVATE ${PROJECT_BINARY_DIR}/${target}.rc)
     if(MINGW)
+        obj_adapter_write_definition_file(${target})
         # Of the DLL alone: the internal tests are programs.
         target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/platform/unloadingMingw.cpp)
         target_compile_features(${target} PRIVATE cxx_std_20)
         obj_adapter_set_compiler_flags(${target})
     endif()
     obj_adapter_set_windows_link(${target})
+endfunction()
+
+# NAME.def, of which other compilers' tools make an import library of their own.
+function(obj_adapter_write_definition_file target)
+    set(file ${PROJECT_BINARY_DIR}/${target}.def)
+    target_link_options(${target} PRIVATE "LINKER:--output-def,${file}")
+    add_custom_command(TARGET ${target} POST_BUILD
+        COMMAND ${CMAKE_COMMAND} -DFILE=${file} -DLIBRARY=$<TARGET_FILE_NAME:${target}>
+            -P ${PROJECT_SOURCE_DIR}/cmake/windows/definitionFile.cmake
+        VERBATIM)
 endfunction()
 
 # The arguments of a program's main() are UTF-8.

@@ -142,17 +142,29 @@ endif()
 
 # --- The installed package and the build without packages ------------------------
 
+# What the scripts that build hosts ask for.
+if(MINGW)
+    find_program(HOST_C_COMPILER x86_64-w64-mingw32-gcc-posix)
+else()
+    find_program(HOST_C_COMPILER NAMES gcc cc)
+endif()
+mark_as_advanced(HOST_C_COMPILER)
+set(hostBuilding
+    SOURCE=${PROJECT_SOURCE_DIR}
+    LIBDIR=${CMAKE_INSTALL_LIBDIR}
+    VERSION=${PROJECT_VERSION}
+    CONFIGURATION=${CMAKE_BUILD_TYPE}
+    COMPILER=${CMAKE_CXX_COMPILER}
+    C_COMPILER=${HOST_C_COMPILER}
+    GENERATOR=${CMAKE_GENERATOR})
+
 if(UNIX AND NOT APPLE)
     add_script_test(installedPackage installed/installedPackage.cmake
         BUILD=${PROJECT_BINARY_DIR}
-        SOURCE=${PROJECT_SOURCE_DIR}
         WORK=${outsideWork}/installedPackage
-        LIBDIR=${CMAKE_INSTALL_LIBDIR}
-        VERSION=${PROJECT_VERSION}
-        COMPILER=${CMAKE_CXX_COMPILER}
         FLAGS=${hostFlags}
         TOOL=$<TARGET_EXISTS:obj_adapter_tool>
-        GENERATOR=${CMAKE_GENERATOR})
+        ${hostBuilding})
 
     add_script_test(readmeHost installed/readmeHost.cmake
         README=${PROJECT_SOURCE_DIR}/README.md
@@ -169,6 +181,11 @@ if(UNIX AND NOT APPLE)
             COMPILER=${CMAKE_CXX_COMPILER}
             GENERATOR=${CMAKE_GENERATOR})
     endif()
+endif()
+
+if((UNIX AND NOT APPLE OR MINGW AND CMAKE_CROSSCOMPILING)
+        AND CMAKE_BUILD_TYPE STREQUAL "Release" AND NOT OBJ_ADAPTER_SANITIZE)
+    include(installed/packageTests.cmake)
 endif()
 
 # --- Two runs, and two builds, give the same bits --------------------------------

@@ -14,7 +14,7 @@ file(GLOB_RECURSE files RELATIVE ${WORK} ${WORK}/*)
 list(FILTER files EXCLUDE REGEX "(^|/)CMakeFiles/")
 list(FILTER files EXCLUDE REGEX
     "(^|/)(build\\.ninja|Makefile|\\.ninja_(deps|log)|CMakeCache\\.txt|cmake_install\\.cmake|Doxyfile)$")
-list(FILTER files EXCLUDE REGEX "^obj_adapter(Config|ConfigVersion)\\.cmake$|^obj_adapter\\.pc$")
+list(FILTER files EXCLUDE REGEX "^obj_adapter(Config|ConfigVersion)\\.cmake$|^obj_adapter(_c)?\\.pc$|^CPack(Source)?Config\\.cmake$")
 list(FILTER files EXCLUDE REGEX "^libobj_adapter(_c)?\\.so(\\.[0-9]+)*$")
 if(files)
     message(FATAL_ERROR "the build made more than the library: ${files}")

@@ -1,5 +1,5 @@
 # What only the Windows library has: its export and import tables, its version
-# resource, the archive for hosts.
+# resource.
 if(MINGW)
     foreach(table IN ITEMS exports imports)
         add_script_test(dll/${table} windows/${table}.cmake
@@ -57,16 +57,4 @@ if(CMAKE_CROSSCOMPILING AND CLANG_COMPILER)
             -I${PROJECT_SOURCE_DIR}/include ${outsideWork}/exportedHeaders/obj_adapter.cpp)
     set_tests_properties(exportedHeaders/staticRuntimeIsRefused PROPERTIES
         PASS_REGULAR_EXPRESSION "obj_adapter needs the runtime's DLL: compile with /MD")
-endif()
-
-if(MINGW AND CMAKE_CROSSCOMPILING)
-    add_script_test(archive windows/archive.cmake
-        BUILD=${PROJECT_BINARY_DIR}
-        SOURCE=${PROJECT_SOURCE_DIR}
-        WORK=${outsideWork}/archive
-        VERSION=${PROJECT_VERSION}
-        EMULATOR=${emulatorWithoutProgram}
-        COMPILER=${CMAKE_CXX_COMPILER}
-        TOOLCHAIN=${CMAKE_TOOLCHAIN_FILE}
-        GENERATOR=${CMAKE_GENERATOR})
 endif()
