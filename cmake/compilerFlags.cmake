@@ -1,5 +1,12 @@
 # Flags for our own targets only; a project that includes this one keeps its own.
 
+# What is handed on holds no name of the folder where it was built, so that the same
+# sources give the same bytes anywhere (tests/installed/reproducible.cmake). Debuggers
+# of a developer's own build go on finding the sources.
+set(OBJ_ADAPTER_PLACELESS_FLAGS
+    $<$<NOT:$<CONFIG:Debug>>:-ffile-prefix-map=${PROJECT_BINARY_DIR}=build>
+    $<$<NOT:$<CONFIG:Debug>>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.>)
+
 # The same input gives the same bits everywhere: no fused multiply-add, nothing
 # that reorders sums.
 function(obj_adapter_set_compiler_flags target)
@@ -18,7 +25,8 @@ function(obj_adapter_set_compiler_flags target)
         endif()
     else()
         target_compile_options(${target} PRIVATE
-            -Wall -Wextra -Wpedantic -Wshadow -Wconversion -ffp-contract=off)
+            -Wall -Wextra -Wpedantic -Wshadow -Wconversion -ffp-contract=off
+            ${OBJ_ADAPTER_PLACELESS_FLAGS})
         if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
             # g++ 12 takes ("text" + aString) for an overlapping copy.
             target_compile_options(${target} PRIVATE -Wno-restrict)

@@ -58,3 +58,20 @@ elseif(TARGET obj_adapter_tool)
             VERSION=${PROJECT_VERSION})
     endif()
 endif()
+
+add_script_test(package/fetchContent installed/fetchedByHost.cmake
+    SCENE=${sampleScene}
+    WORK=${packageWork}/fetchContent
+    TOOLCHAIN=${CMAKE_TOOLCHAIN_FILE}
+    EMULATOR=${emulatorWithoutProgram}
+    ${hostBuilding})
+
+add_script_test(package/reproducible installed/reproducible.cmake
+    SOURCE=${PROJECT_SOURCE_DIR}
+    WORK=${packageWork}/reproducible
+    TOOLCHAIN=${CMAKE_TOOLCHAIN_FILE}
+    COMPILER=${CMAKE_CXX_COMPILER}
+    GENERATOR=${CMAKE_GENERATOR})
+# Whole builds, on a machine that may be busy.
+set_tests_properties(package/fetchContent package/reproducible PROPERTIES
+    LABELS package TIMEOUT 1800)
