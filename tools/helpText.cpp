@@ -92,7 +92,8 @@ std::string helpOfProgram(const CLI::App& program) {
     text += "\n" + wrapped(
                        "obj_adapter VERB --help tells the options of a verb. Data goes to the "
                        "standard output, messages to the error output. Exit codes: 0 success, "
-                       "1 failure, 2 wrong command line, 3 check found warnings only.",
+                       "1 failure, 2 wrong command line, 3 check found warnings only, 130 "
+                       "interrupted.",
                        0);
     return text;
 }

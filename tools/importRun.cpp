@@ -1,6 +1,7 @@
 // Imports, prints messages and takes the stages' times. Covered by tests/tools.
 #include "importRun.h"
 
+#include "interrupt.h"
 #include "progressLine.h"
 #include "terminal.h"
 #include "terminalText.h"
@@ -87,7 +88,12 @@ public:
         stages.receive(text, Clock::now());
         noteLibrary(text);
         progress.erase();
-        receiver(locate({level, text, {}, 0}));
+        const ImportMessage message = locate({level, text, {}, 0});
+        // That the import was cancelled is for the one who did it, whatever the verb.
+        if (InterruptWatch::wasInterrupted() && level == ObjConverter::MESSAGE_ERROR)
+            printMessage(message);
+        else
+            receiver(message);
     }
 
     void showProgress(int stage, double fraction) {
@@ -141,10 +147,9 @@ void receiveMessage(int level, const char* text) {
         runningImport->receive(level, text);
 }
 
-// The import is never cancelled from here: an interrupt ends the program.
 bool receiveProgress(void* import, int stage, double fraction) {
     static_cast<RunningImport*>(import)->showProgress(stage, fraction);
-    return true;
+    return !InterruptWatch::wasInterrupted();
 }
 
 std::string levelPrefix(int level) {
@@ -225,5 +230,8 @@ ImportRun runImport(const ImportSettings& settings, const MessageReceiver& recei
     run.libraries = std::move(running.libraries);
     return run;
 }
+    const InterruptWatch watch;
 
 }  // namespace obj_adapter::tool
+    if (InterruptWatch::wasInterrupted())
+        throw Interrupted();

@@ -57,7 +57,8 @@ void printMessage(const ImportMessage& message);
 void printError(const std::string& text);
 void printWarning(const std::string& text);
 
-// Imports into the process's converter, which keeps the model.
+// Imports into the process's converter, which keeps the model. Throws Interrupted
+// when the user presses Ctrl-C meanwhile; the import is over then, and has said so.
 ImportRun runImport(const ImportSettings& settings, const MessageReceiver& receiver = printMessage);
 
 }  // namespace obj_adapter::tool

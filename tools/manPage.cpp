@@ -81,7 +81,8 @@ std::string makeManPage(const CLI::App& program) {
         ".TP\n0\nSuccess; for check: nothing wrong.\n"
         ".TP\n1\nFailure: a file could not be imported or written; for check: errors.\n"
         ".TP\n2\nThe command line is wrong.\n"
-        ".TP\n3\nCheck found warnings only.\n";
+        ".TP\n3\nCheck found warnings only.\n"
+        ".TP\n130\nInterrupted by Ctrl\\-C: the import was cancelled and nothing was written.\n";
     text += ".SH ENVIRONMENT\n.TP\n.B NO_COLOR\nIf set and not empty, nothing is coloured.\n";
     text += std::string(".SH EXAMPLES\n.nf\n") + escaped(PROGRAM_EXAMPLES) + ".fi\n";
     return text;

@@ -181,3 +181,12 @@ if(UNIX AND NOT CMAKE_CROSSCOMPILING)
             PASS_REGULAR_EXPRESSION "error: cannot write to the standard output")
     endif()
 endif()
+    find_program(PYTHON_PROGRAM python3)
+    mark_as_advanced(PYTHON_PROGRAM)
+    if(PYTHON_PROGRAM)
+        add_test(NAME tool/interrupt
+            COMMAND ${PYTHON_PROGRAM} ${toolTestFolder}/interrupt.py
+                $<TARGET_FILE:obj_adapter_tool> ${outsideWork}/tool/interrupt)
+        set_tests_properties(tool/interrupt PROPERTIES TIMEOUT 180)
+    endif()
+
