@@ -1,4 +1,4 @@
-// The light on a surface. Covered by tests/tools/shadingTest.cpp.
+// The light on a surface. Covered by tests/tools/pictureTest.cpp.
 #include "shading.h"
 
 #include <algorithm>
@@ -7,19 +7,21 @@ namespace obj_adapter::tool {
 
 namespace {
 
+// Together they leave a white surface that faces the first light just below white,
+// and give the three sides of a box that are seen three clearly different shades.
 struct Light {
     Vector3 direction;  // towards the light
     double strength;
 };
 
 const Light LIGHTS[] = {
-    {unitVector({-0.45, 0.75, 0.55}), 0.72},
-    {unitVector({0.80, 0.15, 0.45}), 0.22},
+    {unitVector({-0.50, 0.60, 0.75}), 0.78},
+    {unitVector({0.80, 0.15, 0.45}), 0.13},
 };
 
 // From above and from below.
-constexpr double LIGHT_OF_THE_SKY = 0.30;
-constexpr double LIGHT_OF_THE_GROUND = 0.14;
+constexpr double LIGHT_OF_THE_SKY = 0.22;
+constexpr double LIGHT_OF_THE_GROUND = 0.10;
 
 // Highlights of more are points that no sample hits.
 constexpr double MAX_EXPONENT = 1024.0;

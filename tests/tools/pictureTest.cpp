@@ -156,11 +156,11 @@ TEST(ShadingTest, TheKeyLightComesFromTheUpperLeft) {
 TEST(ShadingTest, AHighlightIsAddedWhereTheLightIsReflected) {
     tool::MaterialLook look;
     const tool::Vector3 eye{0, 0, 1};
-    const tool::Vector3 between = tool::unitVector(tool::unitVector({-0.45, 0.75, 0.55}) + eye);
+    const tool::Vector3 between = tool::unitVector(tool::unitVector({-0.50, 0.60, 0.75}) + eye);
     const double dull = tool::shade(look, between, eye).x;
     look.specular = {1, 1, 1};
     look.exponent = 50;
-    EXPECT_NEAR(tool::shade(look, between, eye).x - dull, 0.72, 0.05);
+    EXPECT_NEAR(tool::shade(look, between, eye).x - dull, 0.78, 0.05);
     // The exponent makes it small.
     const tool::Vector3 aside = tool::unitVector({0.6, 0.6, 0.5});
     const double glossy = tool::shade(look, aside, eye).x;

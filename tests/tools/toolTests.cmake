@@ -140,10 +140,14 @@ function(add_preview_test name model hash)
         HASH=${hash})
 endfunction()
 
-add_preview_test(scene ${sampleScene} 
-    3a574064bf19feb1856d7656ab25545fbcffb29842074737ccc4c274a7e0a50b --size 480x360)
+# The picture of the README, by the command that stands there.
+add_script_test(tool/preview/scene tools/preview.cmake
+    PROGRAM=${emulator}$<TARGET_FILE:obj_adapter_tool>
+    MODEL=${sampleScene}
+    WORK=${outsideWork}/tool/preview/scene
+    PICTURE=${PROJECT_SOURCE_DIR}/docs/pictures/scene.png)
 add_preview_test(transparent ${CMAKE_CURRENT_SOURCE_DIR}/samples/tetrahedron.obj 
-    f52b66ad4d3c6b61475d196691060cadc621afc41bdf188c5b0468fb65f123d7
+    68fb5a3033efdb229a0af709c4cf79a851bde9c5ae9b5e4fafa9f7119fe3c396
     --size 320x240 --background transparent --up z --azimuth 200 --elevation -15 --samples 4
     --subdivide ITERATIONS 3)
 add_preview_test(odd ${toolTestFolder}/glb/odd.obj 
