@@ -35,7 +35,9 @@ int worseOf(int a, int b) {
 void CheckVerb::addTo(CLI::App& program) {
     CLI::App& command = *program.add_subcommand(
         "check", "What the importer repaired, refused or could not find, and faults of the mesh");
-    command.add_option("files", fileNames, "The OBJ files")->type_name("FILE.obj...")->required();
+    command.add_option("FILE.obj", fileNames, "The OBJ files")
+        ->type_name("FILE.obj...")
+        ->required();
     command.add_flag("--json", json, "Print JSON, for other programs");
     command.add_flag("--all", showAll, "Do not cut long lists and names");
     addImportOptions(command, settings);

@@ -76,7 +76,7 @@ std::filesystem::path libraryPathOf(const std::filesystem::path& objFile) {
 void ConvertVerb::addTo(CLI::App& program) {
     CLI::App& command = *program.add_subcommand("convert", "Write a model as GLB, PLY, STL or OBJ");
     addInputFile(command, settings);
-    command.add_option("output", outputName, "The file to write; its ending names the format")
+    command.add_option("OUT", outputName, "The file to write; its ending names the format")
         ->type_name("OUT.glb|.ply|.stl|.obj")
         ->check(CLI::Validator(checkFormat, ""))
         ->required();

@@ -57,15 +57,7 @@ void addSubdivision(CLI::App& command, ImportSettings& settings) {
         ->group(GROUP);
 }
 
-}  // namespace
-
-void addImportOptions(CLI::App& command, ImportSettings& settings) {
-    addSubdivision(command, settings);
-    command
-        .add_flag_callback(
-            "--no-compaction", [&settings] { settings.compaction = false; },
-            "Leave equal vertices and duplicate faces as they are")
-        ->group(GROUP);
+void addTree(CLI::App& command, ImportSettings& settings) {
     CLI::Option* flat = command
                             .add_flag_callback(
                                 "--flat", [&settings] { settings.hierarchy = false; },
@@ -87,8 +79,22 @@ void addImportOptions(CLI::App& command, ImportSettings& settings) {
         ->group(GROUP);
 }
 
+}  // namespace
+
+void addImportOptions(CLI::App& command, ImportSettings& settings) {
+    addSubdivision(command, settings);
+    command
+        .add_flag_callback(
+            "--no-compaction", [&settings] { settings.compaction = false; },
+            "Leave equal vertices and duplicate faces as they are")
+        ->group(GROUP);
+    addTree(command, settings);
+    command.add_flag_callback("-q,--quiet", silenceInformation, "Print only warnings and errors")
+        ->group(GROUP);
+}
+
 void addInputFile(CLI::App& command, ImportSettings& settings) {
-    command.add_option("file", settings.fileName, "The OBJ file")
+    command.add_option("FILE.obj", settings.fileName, "The OBJ file")
         ->type_name("FILE.obj")
         ->required();
 }

@@ -81,6 +81,7 @@ public:
     RunningImport(ObjConverter& runningConverter, const ImportSettings& importSettings,
                   const MessageReceiver& messageReceiver)
         : converter(runningConverter),
+          inputName(importSettings.fileName),
           hasOwnDirectory(hasDirectory(importSettings.fileName)),
           receiver(messageReceiver) {}
 
@@ -121,11 +122,13 @@ private:
                 {std::string(text.substr(ANNOUNCEMENT.size())), converter.getNumberOfMaterials()});
     }
 
-    // Messages behind the last line, on what was tallied, have no line. Names are
-    // those of the command line.
+    // Messages behind the last line, on what was tallied, have no line, and those of
+    // an import that gave up no file either. Names are those of the command line.
     ImportMessage locate(ImportMessage message) const {
         if (const char* fileName = converter.getCurrentFileName())
             message.fileName = fileName;
+        else if (message.level == ObjConverter::MESSAGE_ERROR)
+            message.fileName = inputName;
         if (!hasOwnDirectory && message.fileName.starts_with(CURRENT_DIRECTORY))
             message.fileName.erase(0, CURRENT_DIRECTORY.size());
         message.line = converter.getCurrentLineNumber();
@@ -133,6 +136,7 @@ private:
     }
 
     ObjConverter& converter;
+    const std::string& inputName;
     bool hasOwnDirectory;
     const MessageReceiver& receiver;
     ProgressLine progress;
@@ -164,10 +168,14 @@ std::string levelPrefix(int level) {
 }
 
 std::string placeOf(const ImportMessage& message) {
-    if (message.line <= 0 || message.level >= ObjConverter::MESSAGE_INFORMATION)
+    if (message.fileName.empty() || message.level >= ObjConverter::MESSAGE_INFORMATION)
         return {};
+    if (message.line <= 0)
+        return printableText(message.fileName) + ": ";
     return printableText(message.fileName) + ":" + std::to_string(message.line) + ": ";
 }
+
+bool isInformationSilent = false;
 
 // Some messages have two lines; the second is indented to show that it belongs
 // to the first.
@@ -195,7 +203,13 @@ void applySettings(ObjConverter& converter, const ImportSettings& settings) {
 
 }  // namespace
 
+void silenceInformation() {
+    isInformationSilent = true;
+}
+
 void printMessage(const ImportMessage& message) {
+    if (isInformationSilent && message.level >= ObjConverter::MESSAGE_INFORMATION)
+        return;
     std::fputs(formatMessage(message).c_str(), stderr);
 }
 
@@ -216,6 +230,7 @@ ImportRun runImport(const ImportSettings& settings, const MessageReceiver& recei
     }
     applySettings(*converter, settings);
 
+    const InterruptWatch watch;
     RunningImport running(*converter, settings, receiver);
     runningImport = &running;
     converter->setProgressCallback(receiveProgress, &running);
@@ -224,14 +239,13 @@ ImportRun runImport(const ImportSettings& settings, const MessageReceiver& recei
     const Clock::time_point end = Clock::now();
     converter->setProgressCallback(nullptr, nullptr);
     runningImport = nullptr;
+    if (InterruptWatch::wasInterrupted())
+        throw Interrupted();
 
     run.succeeded = code == ObjConverter::CONVERTER_OK;
     run.stages = running.stages.getTimes(end);
     run.libraries = std::move(running.libraries);
     return run;
 }
-    const InterruptWatch watch;
 
 }  // namespace obj_adapter::tool
-    if (InterruptWatch::wasInterrupted())
-        throw Interrupted();

@@ -50,6 +50,9 @@ struct ImportRun {
 
 using MessageReceiver = std::function<void(const ImportMessage&)>;
 
+// From here on nothing is printed of the level of information.
+void silenceInformation();
+
 // Prints to the standard error output, with the word for the level in front.
 void printMessage(const ImportMessage& message);
 

@@ -1,4 +1,4 @@
-// Writes the man page. Covered by tests/tools/manPage.cmake.
+// Writes the man page. Covered by tests/tools/generatedTexts.cmake.
 #include "manPage.h"
 
 #include "commandTexts.h"

@@ -78,6 +78,14 @@ std::string checkColor(const std::string& text) {
                             : text + " is neither RRGGBB nor one of white, black, transparent";
 }
 
+// A name without an ending is left to whoever gave it: "/dev/stdout".
+std::string checkPictureName(const std::string& text) {
+    const std::string ending = nameOf(pathOf(text).extension());
+    return ending.empty() || ending == ".png" || ending == ".PNG"
+               ? std::string()
+               : text + " does not end in .png, which is what is written";
+}
+
 void addCameraOptions(CLI::App& command, PictureOptions& options) {
     constexpr const char* GROUP = "Camera";
     static const std::map<std::string, UpAxis> AXES = {{"y", UpAxis::Y}, {"z", UpAxis::Z}};
@@ -140,10 +148,14 @@ void addPictureOptions(CLI::App& command, PictureOptions& options) {
 }  // namespace
 
 void PreviewVerb::addTo(CLI::App& program) {
-    CLI::App& command = *program.add_subcommand("preview", "A picture of a model, as a PNG file");
+    CLI::App& command = *program.add_subcommand(
+        "preview",
+        "A picture of a model in its materials' colours, as a PNG file; images of "
+        "textures are not drawn");
     addInputFile(command, settings);
     command.add_option("-o,--output", outputName, "The PNG file to write")
         ->type_name("OUT.png")
+        ->check(CLI::Validator(checkPictureName, ""))
         ->required();
     addCameraOptions(command, options);
     addPictureOptions(command, options);
