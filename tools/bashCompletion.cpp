@@ -1,4 +1,4 @@
-// Writes the completion for bash. Covered by tests/tools/bashCompletion.cmake.
+// Writes the completion for bash. Covered by tests/tools/generatedTexts.cmake.
 #include "commandTexts.h"
 #include "manPage.h"
 

@@ -1,4 +1,4 @@
-// PNG by a library of one header. Covered by tests/tools/preview.
+// PNG by a library of one header. Covered by tests/tools/preview.cmake.
 #include "picture.h"
 
 #include <stdexcept>

@@ -1,4 +1,4 @@
-// The end of a verb that prints. Covered by tests/tools/fullDevice.
+// The end of a verb that prints. Covered by tests/tools.
 #include "standardOutput.h"
 
 #include "exitCodes.h"

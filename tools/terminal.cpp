@@ -1,5 +1,5 @@
 // Whether output goes to a terminal: the one place of the program that asks the
-// operating system. Covered by tests/tools/colors.cmake.
+// operating system. Covered by tests/tools/terminalOutput.cmake.
 #include "terminal.h"
 
 #include <cstdlib>
