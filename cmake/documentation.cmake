@@ -16,7 +16,8 @@ endif()
 
 set(DOCUMENTATION_DIRECTORY ${PROJECT_BINARY_DIR}/documentation)
 file(GLOB pages CONFIGURE_DEPENDS
-    ${PROJECT_SOURCE_DIR}/*.md ${PROJECT_SOURCE_DIR}/docs/*.md ${PROJECT_SOURCE_DIR}/fuzz/*.md)
+    ${PROJECT_SOURCE_DIR}/*.md ${PROJECT_SOURCE_DIR}/docs/*.md
+    ${PROJECT_SOURCE_DIR}/examples/*.md ${PROJECT_SOURCE_DIR}/fuzz/*.md)
 list(JOIN pages "\" \"" DOCUMENTATION_PAGES)
 set(DOCUMENTATION_PAGES "\"${DOCUMENTATION_PAGES}\"")
 configure_file(docs/doxygen/Doxyfile.in ${PROJECT_BINARY_DIR}/Doxyfile @ONLY)

@@ -213,7 +213,7 @@ endif()
 
 include(cInterface/cInterfaceTests.cmake)
 
-# --- The example and the command-line program ------------------------------------
+# --- The examples and the command-line program -----------------------------------
 
 # The example builds in every run, by way of the build tree too.
 add_executable(firstImport ${PROJECT_SOURCE_DIR}/examples/firstImport.cpp)
@@ -228,3 +228,5 @@ add_script_test(firstImport tools/runProgram.cmake
 if(TARGET obj_adapter_tool)
     include(tools/toolTests.cmake)
 endif()
+include(examples/examplesTests.cmake)
+
