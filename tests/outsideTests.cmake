@@ -173,6 +173,13 @@ if(UNIX AND NOT APPLE)
         COMPILER=${CMAKE_CXX_COMPILER}
         "FLAGS=${hostFlags} -I${PROJECT_SOURCE_DIR}/include $<TARGET_FILE:obj_adapter> -Wl,-rpath,$<TARGET_FILE_DIR:obj_adapter>")
 
+    add_script_test(hostGuide docs/guideSnippets.cmake
+        GUIDE=${PROJECT_SOURCE_DIR}/docs/hostGuide.md
+        SCENE=${sampleScene}
+        WORK=${outsideWork}/hostGuide
+        COMPILER=${CMAKE_CXX_COMPILER}
+        "FLAGS=${hostFlags} -I${PROJECT_SOURCE_DIR}/include $<TARGET_FILE:obj_adapter> -Wl,-rpath,$<TARGET_FILE_DIR:obj_adapter>")
+
     # The same whatever this build is, so once is enough.
     if(CMAKE_BUILD_TYPE STREQUAL "Release")
         add_script_test(bareBuild installed/bareBuild.cmake
@@ -225,8 +232,8 @@ add_script_test(firstImport tools/runProgram.cmake
     WORK=${outsideWork}/firstImport
     EXPECTED=${CMAKE_CURRENT_SOURCE_DIR}/tools/firstImport.expected)
 
+include(examples/examplesTests.cmake)
+
 if(TARGET obj_adapter_tool)
     include(tools/toolTests.cmake)
 endif()
-include(examples/examplesTests.cmake)
-
