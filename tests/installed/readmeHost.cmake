@@ -1,4 +1,4 @@
-# Compiles the ten-line host of the README and runs it.
+# Compiles the host of the README and runs it.
 #
 #     cmake -DREADME=... -DSCENE=... -DWORK=... -DCOMPILER=... "-DFLAGS=..."
 #           [-DEMULATOR=...] [-DLIBRARY=file to put beside the program] -P readmeHost.cmake

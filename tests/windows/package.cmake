@@ -28,7 +28,7 @@ check_pkg_config(${PREFIX} ${WORK}/pkgConfig)
 check_compiler_line(${PREFIX} ${WORK}/compilerLine)
 check_tool(${PREFIX})
 
-# The ten lines of the package's README.
+# The host of the package's README.
 execute_process(
     COMMAND ${CMAKE_COMMAND} -DREADME=${PREFIX}/README.md -DSCENE=${scene}
         -DWORK=${WORK}/readmeHost -DCOMPILER=${COMPILER}
