@@ -17,8 +17,8 @@ std::string longNamesOf(const CommandTexts& command) {
 
 }  // namespace
 
-// Options behind a hyphen, files otherwise. Names of files are completed by bash
-// itself, so that blanks in them are quoted.
+// Options behind a hyphen, OBJ files and folders otherwise. What matches nothing is left
+// to bash, which then offers any file: that is how a name for output is completed.
 std::string makeBashCompletion(const CLI::App& program) {
     std::string verbs;
     std::string cases;
@@ -42,7 +42,16 @@ std::string makeBashCompletion(const CLI::App& program) {
            "    case \"${COMP_WORDS[COMP_CWORD-1]}\" in\n"
            "        --subdivide) options=\"ITERATIONS FACE_COUNT VERTEX_COUNT\" ;;\n"
            "        --up) options=\"y z\" ;;\n"
-           "        *) [[ \"$word\" == -* ]] || return ;;\n"
+           "        -o | --output) return ;;\n"
+           "        *)\n"
+           "            if [[ \"$word\" != -* ]]; then\n"
+           "                compopt -o filenames 2> /dev/null\n"
+           "                mapfile -t COMPREPLY < <(\n"
+           "                    compgen -f -X '!*.[oO][bB][jJ]' -- \"$word\"\n"
+           "                    compgen -d -- \"$word\")\n"
+           "                return\n"
+           "            fi\n"
+           "            ;;\n"
            "    esac\n"
            "    mapfile -t COMPREPLY < <(compgen -W \"$options\" -- \"$word\")\n"
            "}\n"

@@ -48,9 +48,18 @@ std::string sectionOf(const CommandTexts& verb) {
         if (group.title == "Import")
             continue;
         for (const OptionText& option : group.options)
-            text += entry(option);
+            text += option.names.back() == "--help" ? "" : entry(option);
     }
     return text;
+}
+
+std::string generalSectionOf(const CommandTexts& program) {
+    std::string text = ".SH OPTIONS\n";
+    for (const OptionGroup& group : program.groups) {
+        for (const OptionText& option : group.options)
+            text += entry(option);
+    }
+    return text + ".PP\nBehind a verb, \\fB\\-\\-help\\fR tells of that verb alone.\n";
 }
 
 std::string importSectionOf(const CommandTexts& verb) {
@@ -76,6 +85,7 @@ std::string makeManPage(const CLI::App& program) {
     for (const CommandTexts& verb : verbs)
         text += sectionOf(verb);
     text += importSectionOf(verbs.front());
+    text += generalSectionOf(describeCommand(program));
     text +=
         ".SH EXIT STATUS\n"
         ".TP\n0\nSuccess; for check: nothing wrong.\n"
@@ -83,7 +93,10 @@ std::string makeManPage(const CLI::App& program) {
         ".TP\n2\nThe command line is wrong.\n"
         ".TP\n3\nCheck found warnings only.\n"
         ".TP\n130\nInterrupted by Ctrl\\-C: the import was cancelled and nothing was written.\n";
-    text += ".SH ENVIRONMENT\n.TP\n.B NO_COLOR\nIf set and not empty, nothing is coloured.\n";
+    text +=
+        ".SH ENVIRONMENT\n.TP\n.B NO_COLOR\nIf set and not empty, nothing is coloured.\n"
+        ".TP\n.B OBJ_ADAPTER_PROGRESS_WAIT\nMilliseconds until an import shows on a terminal how "
+        "far it is; 500 if not set.\n";
     text += std::string(".SH EXAMPLES\n.nf\n") + escaped(PROGRAM_EXAMPLES) + ".fi\n";
     return text;
 }

@@ -191,6 +191,13 @@ if(UNIX AND NOT CMAKE_CROSSCOMPILING)
             COMMAND ${PYTHON_PROGRAM} ${toolTestFolder}/interrupt.py
                 $<TARGET_FILE:obj_adapter_tool> ${outsideWork}/tool/interrupt)
         set_tests_properties(tool/interrupt PROPERTIES TIMEOUT 180)
+
+        add_test(NAME tool/everyModel
+            COMMAND ${PYTHON_PROGRAM} ${toolTestFolder}/everyModel.py
+                $<TARGET_FILE:obj_adapter_tool> ${outsideWork}/tool/everyModel
+                ${CMAKE_CURRENT_SOURCE_DIR}/samples ${PROJECT_SOURCE_DIR}/examples/scene
+                ${toolTestFolder})
+        set_tests_properties(tool/everyModel PROPERTIES TIMEOUT 600)
     endif()
 
     # A device that takes nothing.
