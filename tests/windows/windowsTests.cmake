@@ -58,3 +58,14 @@ if(CMAKE_CROSSCOMPILING AND CLANG_COMPILER)
     set_tests_properties(exportedHeaders/staticRuntimeIsRefused PROPERTIES
         PASS_REGULAR_EXPRESSION "obj_adapter needs the runtime's DLL: compile with /MD")
 endif()
+
+if(MINGW AND CMAKE_CROSSCOMPILING)
+    add_script_test(hostGuide docs/guideSnippets.cmake
+        GUIDE=${PROJECT_SOURCE_DIR}/docs/hostGuide.md
+        SCENE=${sampleScene}
+        WORK=${outsideWork}/hostGuide
+        COMPILER=${CMAKE_CXX_COMPILER}
+        "FLAGS=-static -I${PROJECT_SOURCE_DIR}/include $<TARGET_LINKER_FILE:obj_adapter>"
+        EMULATOR=${emulatorWithoutProgram}
+        LIBRARY=$<TARGET_FILE:obj_adapter>)
+endif()
