@@ -30,7 +30,7 @@ struct PictureOptions {
     // Faces without normals are shown smooth over edges of at most this angle.
     double creaseAngle = 40.0;
 
-    PixelColor background{244, 244, 246, 255};
+    PixelColor background{222, 227, 234, 255};
 };
 
 }  // namespace obj_adapter::tool

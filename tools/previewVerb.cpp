@@ -132,7 +132,7 @@ void addPictureOptions(CLI::App& command, PictureOptions& options) {
             [&options](const std::string& color) {
                 options.background = parseColor(color).value();
             },
-            "RRGGBB in hexadecimal digits, white, black or transparent (f4f4f6)")
+            "RRGGBB in hexadecimal digits, white, black or transparent (dee3ea)")
         ->type_name("COLOR")
         ->check(CLI::Validator(checkColor, ""))
         ->group(GROUP);

@@ -158,7 +158,7 @@ add_preview_test(transparent ${CMAKE_CURRENT_SOURCE_DIR}/samples/tetrahedron.obj
     --size 320x240 --background transparent --up z --azimuth 200 --elevation -15 --samples 4
     --subdivide ITERATIONS 3)
 add_preview_test(odd ${toolTestFolder}/glb/odd.obj 
-    e0b7b8db32f70bc525e07429ab14915978694c2150d79d827273c3b58d23214f --size 320x240)
+    9d553e76dfc0ccf7198c583cfc8cbb91902e2ebb25efaa5db22f4be334507e06 --size 320x240)
 
 add_script_test(tool/validateGlb tools/validateGlb.cmake
     PROGRAM=${emulator}$<TARGET_FILE:obj_adapter_tool>
