@@ -1,10 +1,10 @@
-// Ctrl-C during an import: the import is cancelled, so that it ends in good order,
-// and the program then ends as an interrupted one does.
+// Ctrl-C during an import or while a file is written: the import is cancelled, the file
+// removed, and the program then ends as an interrupted one does.
 #pragma once
 
 namespace obj_adapter::tool {
 
-// Thrown where an import was cancelled; main() catches it.
+// Thrown where something was cancelled; main() catches it.
 struct Interrupted {};
 
 // While it lives, the first interrupt is only noted. A second one ends the program

@@ -22,6 +22,11 @@ std::filesystem::path withPartSuffix(std::filesystem::path path) {
     return path;
 }
 
+void stopIfInterrupted() {
+    if (InterruptWatch::wasInterrupted())
+        throw Interrupted();
+}
+
 }  // namespace
 
 OutputFile::OutputFile(const std::filesystem::path& target)
@@ -41,10 +46,12 @@ OutputFile::~OutputFile() {
 }
 
 void OutputFile::write(const std::string& bytes) {
+    stopIfInterrupted();
     stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
 void OutputFile::commit() {
+    stopIfInterrupted();
     stream.close();
     std::error_code failure;
     if (stream && writtenPath != finalPath)

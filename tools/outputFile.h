@@ -1,6 +1,8 @@
 // A file that is there as a whole or not at all.
 #pragma once
 
+#include "interrupt.h"
+
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -9,6 +11,9 @@ namespace obj_adapter::tool {
 
 // Writes beside the file that is meant and takes its place in the end. A device
 // or a pipe is written to at once.
+//
+// An interrupt is only noted while it lives, whatever else is done meanwhile; the next
+// write() or commit() throws Interrupted, so that nothing half written is left behind.
 class OutputFile {
 public:
     // Throws std::runtime_error if the file cannot be opened.
@@ -25,6 +30,7 @@ public:
     void commit();
 
 private:
+    InterruptWatch watch;
     std::filesystem::path finalPath;
     std::filesystem::path writtenPath;
     std::ofstream stream;

@@ -23,6 +23,9 @@ namespace {
 constexpr int MAX_PIXELS = 8192;  // in each direction
 constexpr int MAX_SAMPLES = 8;    // in each direction of a pixel
 
+// In a whole picture: 20 bytes each.
+constexpr long long MAX_ALL_SAMPLES = 100'000'000;
+
 // A whole number from 1 to the limit.
 std::optional<int> parseSize(std::string_view text, int limit) {
     int number = 0;
@@ -163,6 +166,13 @@ void PreviewVerb::addTo(CLI::App& program) {
 }
 
 int PreviewVerb::run() {
+    const long long samples =
+        1LL * options.width * options.height * options.samples * options.samples;
+    if (samples > MAX_ALL_SAMPLES) {
+        printError("--size and --samples make " + std::to_string(samples) +
+                   " samples; there may be " + std::to_string(MAX_ALL_SAMPLES));
+        return EXIT_CODE_USAGE;
+    }
     const ImportRun importRun = runImport(settings);
     ObjConverter* converter = ObjConverter::getInstance();
     if (converter == nullptr || !importRun.succeeded) {

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
 
@@ -37,6 +39,25 @@ TEST(OutputFileTest, NotCommittedItLeavesWhatWasThere) {
     { tool::OutputFile(pathFromUtf8(name)).write("new"); }
     EXPECT_EQ(readFileBytes(name), "old");
     EXPECT_EQ(countFiles(directory.getPath()), 1);
+}
+
+// In a process of its own, as an interrupt stays noted.
+TEST(OutputFileDeathTest, InterruptedItLeavesNothing) {
+    const TemporaryDirectory directory;
+    const std::string name = directory.getPath() + "a.bin";
+    const auto writeInterrupted = [&] {
+        try {
+            tool::OutputFile file(pathFromUtf8(name));
+            file.write("half");
+            std::raise(SIGINT);
+            file.write("the rest");
+            file.commit();
+        } catch (const tool::Interrupted&) {
+            std::exit(countFiles(directory.getPath()));
+        }
+        std::exit(100);
+    };
+    EXPECT_EXIT(writeInterrupted(), testing::ExitedWithCode(0), "");
 }
 
 TEST(OutputFileTest, AFolderThatIsNotThere) {

@@ -113,6 +113,7 @@ add_tool_usage_test(noFile 2 "^error: FILE\\.obj is required\nSee obj_adapter in
 add_tool_usage_test(noOutput 2 "OUT is required" convert a.obj)
 add_tool_usage_test(noPicture 2 "--output is required" preview a.obj)
 add_tool_usage_test(notPng 2 "a\\.jpg does not end in \\.png" preview a.obj -o a.jpg)
+add_tool_usage_test(tooManySamples 2 "make 4294967296 samples. there may be 100000000" preview a.obj -o a.png --size 8192x8192 --samples 8)
 add_tool_usage_test(quiet 0 "^Counts.*vertices" info ${CMAKE_CURRENT_SOURCE_DIR}/samples/tetrahedron.obj --quiet)
 add_tool_usage_test(unknownFormat 2 "a\\.fbx ends in none of" convert a.obj a.fbx)
 add_tool_usage_test(twoFiles 2 "b\\.obj" info a.obj b.obj)
