@@ -222,8 +222,7 @@ void GrowingMemory::grow(std::size_t usedBytes, std::size_t wantedBytes, std::si
 }
 
 bool GrowingMemory::extend(std::size_t wantedBytes) noexcept {
-    if (block.origin != Origin::PAGES || wantedBytes > block.addressBytes ||
-        (refusesPages != nullptr && refusesPages()))
+    if (block.origin != Origin::PAGES || wantedBytes > block.addressBytes || arePagesRefused())
         return false;
     const PageRange range =
         extendRange({block.begin, block.capacity, block.addressBytes}, wantedBytes);
