@@ -15,7 +15,8 @@ function(expect_field package field pattern)
     endif()
 endfunction()
 
-set(standardLibraries "libc6 \\(>= [0-9.]+\\), libgcc-s1 \\(>= [0-9.]+\\), libstdc\\+\\+6 \\(>= [0-9.]+\\)")
+set(least "\\(>= [0-9.]+\\)")
+set(standardLibraries "libc6 ${least}, libgcc-s1 ${least}, libstdc\\+\\+6 ${least}")
 expect_field(${library} Section "^libs$")
 expect_field(${library} Depends "^${standardLibraries}$")
 expect_field(${library} Description "^Wavefront OBJ importer for host applications - libraries\n ")
@@ -42,8 +43,10 @@ endforeach()
 
 # The packages of hosts find out what to depend on, and the loader learns of the files.
 file(GLOB deb ${PACKAGES}/${library}_*.deb)
+set(linesOfHosts
+    "^libobj_adapter ${interface} ${library} .*\nlibobj_adapter_c ${interface} ${library} ")
 foreach(pair IN ITEMS
-        "shlibs;^libobj_adapter ${interface} ${library} [^\n]*\nlibobj_adapter_c ${interface} ${library} "
+        "shlibs;${linesOfHosts}"
         "triggers;^activate-noawait ldconfig\n")
     list(GET pair 0 name)
     list(GET pair 1 pattern)
