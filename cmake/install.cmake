@@ -52,6 +52,8 @@ else()
 endif()
 install(FILES README.md CHANGELOG.md SECURITY.md
     DESTINATION ${pagesDirectory} COMPONENT development)
-install(FILES docs/hostGuide.md docs/repairs.md docs/toolFormats.md docs/toolOutput.schema.json
+install(FILES docs/hostGuide.md docs/performance.md docs/repairs.md docs/toolFormats.md
+        docs/toolOutput.schema.json
     DESTINATION ${pagesDirectory}/docs COMPONENT development)
+install(DIRECTORY docs/pictures DESTINATION ${pagesDirectory}/docs COMPONENT development)
 install(DIRECTORY examples DESTINATION ${pagesDirectory} COMPONENT development)

@@ -155,8 +155,9 @@ endfunction()
 # The pages and examples, as they lie below the folder for them.
 function(pages_for_hosts result)
     file(GLOB_RECURSE examples RELATIVE ${SOURCE} ${SOURCE}/examples/*)
-    set(${result} README.md CHANGELOG.md SECURITY.md docs/hostGuide.md docs/repairs.md
-        docs/toolFormats.md docs/toolOutput.schema.json ${examples} PARENT_SCOPE)
+    set(${result} README.md CHANGELOG.md SECURITY.md docs/hostGuide.md docs/performance.md
+        docs/pictures/scene.png docs/repairs.md docs/toolFormats.md
+        docs/toolOutput.schema.json ${examples} PARENT_SCOPE)
 endfunction()
 
 # Everything that a build with the program installs on systems with lib*.so.
