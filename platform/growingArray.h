@@ -163,7 +163,7 @@ public:
 
 private:
     static constexpr std::size_t MOST_ELEMENTS =
-        std::numeric_limits<std::size_t>::max() / 64 / sizeof(Element);
+        std::numeric_limits<std::size_t>::max() / 4 / sizeof(Element);
 
     void requirePosition(std::size_t position) const {
         if (position >= count)
@@ -189,10 +189,12 @@ private:
     }
 
     void moveToLarger(std::size_t wantedBytes, std::size_t likelyBytes) {
-        constexpr std::size_t MORE_ADDRESSES = 16;
+        // Few tables outgrow so many addresses and are moved a second time.
+        constexpr std::size_t ADDRESSES = std::size_t{1} << 30;
         GrowingMemory larger;
-        larger.grow(0, wantedBytes,
-                    likelyBytes < SMALLEST_OWN_PAGES ? likelyBytes : MORE_ADDRESSES * likelyBytes);
+        larger.grow(
+            0, wantedBytes,
+            likelyBytes < SMALLEST_OWN_PAGES ? likelyBytes : std::max(likelyBytes, ADDRESSES));
         std::uninitialized_move(begin(), end(), static_cast<Element*>(larger.data()));
         std::destroy(begin(), end());
         memory.swap(larger);
