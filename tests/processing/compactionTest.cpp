@@ -474,6 +474,7 @@ struct Dimensions {
     int vertexCount;
     int faceCount;
     Coordinates coordinates;
+    int groupCount = static_cast<int>(std::size(GROUP_NAMES));
 };
 
 Face generateFace(RandomSource& random, const ObjModel& model) {
@@ -510,6 +511,8 @@ void generateModel(std::uint64_t seed, const Dimensions& dimensions, ObjModel& m
     constexpr int AVERAGE_BLOCK = 60;
     RandomSource random(seed);
     addOtherTables(model);
+    while (model.getNumberOfGroups() < dimensions.groupCount)
+        addGroup(model, "another");
     for (int number = 0; number < dimensions.vertexCount; ++number) {
         Vertex vertex;
         for (double* coordinate : {&vertex.x, &vertex.y, &vertex.z})
@@ -587,6 +590,17 @@ TEST(Compaction, bigModelsEqualTheTwin) {
         const Dimensions dimensions = {random.between(65, 4000), random.between(65, 4000),
                                        ALL_COORDINATES[round % 4]};
         checkAgainstTwin(static_cast<std::uint64_t>(round), dimensions);
+    }
+}
+
+// More groups than have their lists filled while faces are sorted.
+TEST(Compaction, facesOfManyGroupsEqualTheTwin) {
+    constexpr int ROUNDS = 20;
+    for (int round = 0; round < ROUNDS && !::testing::Test::HasFailure(); ++round) {
+        RandomSource random(static_cast<std::uint64_t>(round));
+        checkAgainstTwin(static_cast<std::uint64_t>(round),
+                         {random.between(65, 4000), random.between(65, 4000),
+                          ALL_COORDINATES[round % 4], random.between(250, 1000)});
     }
 }
 
