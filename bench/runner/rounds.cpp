@@ -59,16 +59,20 @@ std::string readAll(int file) {
 
 // Gives the system's memory to this machine and back to the system: a virtual
 // machine may have to fetch it from its host first, at the cost of whoever comes
-// first.
+// first. Huge pages come from other stretches of memory than small ones do, so both
+// kinds are touched.
 void touchMemory(std::size_t bytes) {
     constexpr std::size_t PAGE = 4096;
-    void* memory = mmap(nullptr, bytes, PROT_READ | PROT_WRITE,
-                        MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-    if (memory == MAP_FAILED)
-        return;
-    for (std::size_t place = 0; place < bytes; place += PAGE)
-        static_cast<volatile char*>(memory)[place] = 1;
-    munmap(memory, bytes);
+    for (const int advice : {MADV_NOHUGEPAGE, MADV_HUGEPAGE}) {
+        void* memory = mmap(nullptr, bytes, PROT_READ | PROT_WRITE,
+                            MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+        if (memory == MAP_FAILED)
+            return;
+        madvise(memory, bytes, advice);
+        for (std::size_t place = 0; place < bytes; place += PAGE)
+            static_cast<volatile char*>(memory)[place] = 1;
+        munmap(memory, bytes);
+    }
 }
 
 // Half of what is free, at most: others work on this machine too.
