@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <exception>
 #include <iterator>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -162,18 +163,17 @@ const char* FaceReader::readOrdinaryPolygon(const char* position, int currentMat
         next = skipEndOfLine(position);
     } while (next == nullptr);
 
-    triangles.clear();
-    if (!triangulator.tryTriangulate(model, corners, triangles) ||
-        !hasRoomForRecords(model.faces, triangles.size()))
+    const std::span<const CornerTriple> pieces = triangulator.tryTriangulate(model, corners);
+    if (pieces.empty() || !hasRoomForRecords(model.faces, pieces.size()))
         return nullptr;
-    for (const Face& triangle : triangles) {
+    for (const CornerTriple& places : pieces) {
         Face& face = recordBehindTheLast(model.faces);
         for (std::size_t i = 0; i < CORNERS_PER_FACE; ++i)
-            face.elements[i] = triangle.elements[i];
+            face.elements[i] = corners[places.corners[i]];
         completeFace(face, currentMaterial);
         keepRecordBehindTheLast(model.faces);
     }
-    pendingFaces += triangles.size();
+    pendingFaces += pieces.size();
     return next;
 }
 

@@ -1,4 +1,4 @@
-// Ear clipping, with a fan where no corner is reflex. Covered by
+// Polygons to triangles: a fan where no corner is reflex, else ear clipping. Covered by
 // tests/processing/triangulationTest.cpp, which compares it with a literal
 // rendering of the method.
 #include "processing/triangulation.h"
@@ -6,34 +6,18 @@
 #include "converter/messages.h"
 #include "converter/progress.h"
 #include "processing/cornerPositions.h"
-#include "processing/pointInTriangle.h"
+#include "processing/earClipping.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
-#include <limits>
-#include <numeric>
+#include <cstdint>
+#include <optional>
+#include <span>
 #include <stdexcept>
-#include <utility>
 
 namespace obj_adapter {
 
 namespace {
-
-const std::size_t CORNERS_OF_LAST_TRIANGLE = CORNERS_PER_FACE;
-
-// The search for a corner's blocker has not begun.
-const std::size_t NOT_SEARCHED = std::numeric_limits<std::size_t>::max();
-
-const std::size_t NO_EAR = std::numeric_limits<std::size_t>::max();
-
-void appendTriangle(const FaceElement& first, const FaceElement& second, const FaceElement& third,
-                    std::vector<Face>& triangles) {
-    Face& triangle = triangles.emplace_back();
-    triangle.elements[0] = first;
-    triangle.elements[1] = second;
-    triangle.elements[2] = third;
-}
 
 // True for most convex polygons of four and five corners, which need nothing but
 // the fan: a quad takes 17 ns in place of 37, and files are made of quads.
@@ -58,19 +42,6 @@ bool isPlainlyConvex(const ObjModel& model, const std::vector<FaceElement>& corn
            (corners.size() == 5 && isPlainlyConvex<5>(model, corners));
 }
 
-// Those on the shorter side move up: ears are found near the beginning most often.
-template <typename Element>
-void takeOut(std::span<Element>& list, std::size_t place) noexcept {
-    const auto position = list.begin() + static_cast<std::ptrdiff_t>(place);
-    if (place < list.size() / 2) {
-        std::move_backward(list.begin(), position, position + 1);
-        list = list.last(list.size() - 1);
-    } else {
-        std::move(position + 1, list.end(), position);
-        list = list.first(list.size() - 1);
-    }
-}
-
 // A pass without an ear changes nothing, so every further pass is the same: the
 // import stays here, as hosts have known it, unless it is told to skip such
 // polygons, or the host cancels it. The volatile read keeps the loop in the program.
@@ -85,57 +56,64 @@ void takeOut(std::span<Element>& list, std::size_t place) noexcept {
 
 }  // namespace
 
-void fanTriangulate(const std::vector<FaceElement>& corners, std::vector<Face>& triangles) {
-    for (std::size_t corner = 1; corner + 1 < corners.size(); ++corner)
-        appendTriangle(corners[0], corners[corner], corners[corner + 1], triangles);
-}
-
 void Triangulator::triangulate(const ObjModel& model, const std::vector<FaceElement>& corners,
                                std::vector<Face>& triangles, bool skipPolygonsWithoutEar) {
     hostMayBeAsked = true;
-    switch (split(model, corners, triangles)) {
+    switch (split(model, corners)) {
         case Outcome::SPLIT:
             break;
         case Outcome::NOT_TRIANGULABLE:
             reportError(
                 "Polygonal face has elements that cannot be processed. It will be skipped.");
-            break;
+            return;
         case Outcome::WITHOUT_EAR:
             if (!skipPolygonsWithoutEar)
                 repeatPassWithoutEnd();
-            triangles.clear();
             throw std::runtime_error("Polygon without an ear");
+    }
+    for (const CornerTriple& places : pieces) {
+        Face& triangle = triangles.emplace_back();
+        for (std::size_t i = 0; i < CORNERS_PER_FACE; ++i)
+            triangle.elements[i] = corners[places.corners[i]];
     }
 }
 
-bool Triangulator::tryTriangulate(const ObjModel& model, const std::vector<FaceElement>& corners,
-                                  std::vector<Face>& triangles) {
+std::span<const CornerTriple> Triangulator::tryTriangulate(
+    const ObjModel& model, const std::vector<FaceElement>& corners) {
     hostMayBeAsked = false;
-    return split(model, corners, triangles) == Outcome::SPLIT;
+    return split(model, corners) == Outcome::SPLIT ? pieces : std::span<const CornerTriple>();
 }
 
+// The triangles become the pieces.
 Triangulator::Outcome Triangulator::split(const ObjModel& model,
-                                          const std::vector<FaceElement>& corners,
-                                          std::vector<Face>& triangles) {
+                                          const std::vector<FaceElement>& corners) {
+    pieces = pieceRoom.take(corners.size() - 2);
     if (isPlainlyConvex(model, corners)) {
-        fanTriangulate(corners, triangles);
+        splitIntoFan();
         return Outcome::SPLIT;
     }
     if (!isTriangulable(model, corners))
         return Outcome::NOT_TRIANGULABLE;
-    normals = normalRoom.take(corners.size());
-    computeCornerNormals(positions, normals);
-    const std::optional<CornerClasses> classes = classifyCorners(normals);
+    const std::optional<CornerClasses> classes = earClipper.classify(positions);
     if (!classes) {
         throw std::runtime_error(
             "Cannot calculate convexity/reflexivity of vertices in a straight line");
     }
 
     if (classes->reflexCorners == 0) {
-        fanTriangulate(corners, triangles);
+        splitIntoFan();
         return Outcome::SPLIT;
     }
-    return clipEars(*classes, corners, triangles) ? Outcome::SPLIT : Outcome::WITHOUT_EAR;
+    const std::optional<std::size_t> ears =
+        earClipper.clip(positions, *classes, pieces, hostMayBeAsked);
+    pieces = pieces.first(ears.value_or(0));
+    return ears ? Outcome::SPLIT : Outcome::WITHOUT_EAR;
+}
+
+// The triangles (0, k, k + 1): right for polygons without a reflex corner.
+void Triangulator::splitIntoFan() noexcept {
+    for (std::uint32_t corner = 1; corner <= pieces.size(); ++corner)
+        pieces[corner - 1] = {{0, corner, corner + 1}};
 }
 
 // Indices of all corners first, then positions.
@@ -143,120 +121,6 @@ bool Triangulator::isTriangulable(const ObjModel& model, const std::vector<FaceE
     positions = positionRoom.take(corners.size());
     return gatherCornerPositions(model, corners, positions) &&
            !equalPositions.hasEqualPositions(positions);
-}
-
-// Cuts off one ear in each pass, the first in corner order, until the last
-// three corners have gone as one triangle. Each pass classifies anew, for the
-// sum of the normals changes; classes are those of the whole polygon.
-//
-// Stops with fewer triangles, and says nothing, when the classes cannot be told
-// any more. False when a pass found no ear.
-bool Triangulator::clipEars(CornerClasses classes, const std::vector<FaceElement>& corners,
-                            std::vector<Face>& triangles) {
-    startClipping();
-    for (;;) {
-        const std::size_t ear = findEar(classes);
-        if (ear == NO_EAR)
-            return false;
-        appendTriangle(corners[originals[previousOf(ear)]], corners[originals[ear]],
-                       corners[originals[nextOf(ear)]], triangles);
-        if (originals.size() == CORNERS_OF_LAST_TRIANGLE)
-            return true;
-
-        countTests(positions.size());
-        removeCorner(ear);
-        const std::optional<CornerClasses> newClasses = classifyCorners(normals);
-        if (!newClasses)
-            return true;
-        classes = *newClasses;
-    }
-}
-
-// positions and normals are there already.
-void Triangulator::startClipping() {
-    const std::size_t count = positions.size();
-    originals = originalRoom.take(count);
-    std::iota(originals.begin(), originals.end(), std::size_t{0});
-    blockers = blockerRoom.take(count);
-    std::fill(blockers.begin(), blockers.end(), NOT_SEARCHED);
-    isCutOff = cutOffRoom.take(count);
-    std::fill(isCutOff.begin(), isCutOff.end(), static_cast<unsigned char>(0));
-}
-
-std::size_t Triangulator::findEar(const CornerClasses& classes) {
-    for (std::size_t corner = 0; corner < normals.size(); ++corner) {
-        if (classes.isConvex(normals[corner]) && !isBlocked(corner))
-            return corner;
-    }
-    return NO_EAR;
-}
-
-// Does another corner lie in the triangle that the corner forms with its two
-// neighbours?
-//
-// While the neighbours stay, the triangle does, so no answer about a corner in
-// it can change: the blocker found (by its place in the whole polygon) blocks
-// until it is cut off, and then the search goes on behind it. So all passes
-// together ask once about each corner and triangle.
-bool Triangulator::isBlocked(std::size_t corner) {
-    const std::size_t blocker = blockers[corner];
-    std::size_t other = 0;
-    if (blocker != NOT_SEARCHED) {
-        if (isCutOff[blocker] == 0)
-            return true;
-        const auto behind = std::upper_bound(originals.begin(), originals.end(), blocker);
-        other = static_cast<std::size_t>(behind - originals.begin());
-    }
-
-    const std::size_t previous = previousOf(corner);
-    const std::size_t next = nextOf(corner);
-    countTests(positions.size() - other);
-    const TriangleContainment triangle(positions[previous], positions[corner], positions[next]);
-    for (; other < positions.size(); ++other) {
-        if (other == previous || other == corner || other == next)
-            continue;
-        if (triangle.contains(positions[other])) {
-            blockers[corner] = originals[other];
-            return true;
-        }
-    }
-    return false;
-}
-
-// Large polygons take long: the host is asked meanwhile.
-void Triangulator::countTests(std::size_t tests) {
-    uncountedTests += tests;
-    if (hostMayBeAsked && uncountedTests >= WORK_COUNTED_AT_ONCE)
-        countWork(std::exchange(uncountedTests, 0));
-}
-
-// What depends on neighbours is renewed for those of the corner.
-void Triangulator::removeCorner(std::size_t corner) {
-    isCutOff[originals[corner]] = 1;
-    takeOut(positions, corner);
-    takeOut(normals, corner);
-    takeOut(originals, corner);
-    takeOut(blockers, corner);
-
-    const std::size_t next = corner == positions.size() ? 0 : corner;
-    const std::size_t previous = previousOf(next);
-    for (const std::size_t neighbour : {previous, next}) {
-        recomputeNormal(neighbour);
-        blockers[neighbour] = NOT_SEARCHED;
-    }
-}
-
-void Triangulator::recomputeNormal(std::size_t corner) {
-    normals[corner] =
-        cornerNormal(positions[previousOf(corner)], positions[corner], positions[nextOf(corner)]);
-}
-
-std::size_t Triangulator::previousOf(std::size_t corner) const noexcept {
-    return corner == 0 ? positions.size() - 1 : corner - 1;
-}
-
-std::size_t Triangulator::nextOf(std::size_t corner) const noexcept {
-    return corner + 1 == positions.size() ? 0 : corner + 1;
 }
 
 }  // namespace obj_adapter

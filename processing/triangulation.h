@@ -1,8 +1,8 @@
 // Internal: polygons to triangles. Entered by the reader of f statements.
 #pragma once
 
-#include "processing/cornerClasses.h"
 #include "processing/cornerPositions.h"
+#include "processing/earClipping.h"
 #include "processing/keptRoom.h"
 #include "processing/vectors.h"
 
@@ -39,10 +39,10 @@ public:
     void triangulate(const ObjModel& model, const std::vector<FaceElement>& corners,
                      std::vector<Face>& triangles, bool skipPolygonsWithoutEar);
 
-    // The same without a word to the host, and with an end: false, with triangles of no
-    // use, for a polygon that would be reported or has no ear.
-    bool tryTriangulate(const ObjModel& model, const std::vector<FaceElement>& corners,
-                        std::vector<Face>& triangles);
+    // The same without a word to the host, and with an end: the triangles, valid until
+    // the next call, or none of a polygon that would be reported or has no ear.
+    std::span<const CornerTriple> tryTriangulate(const ObjModel& model,
+                                                 const std::vector<FaceElement>& corners);
 
 private:
     // Corners that the object has room for.
@@ -53,44 +53,19 @@ private:
 
     enum class Outcome { SPLIT, NOT_TRIANGULABLE, WITHOUT_EAR };
 
-    Outcome split(const ObjModel& model, const std::vector<FaceElement>& corners,
-                  std::vector<Face>& triangles);
+    Outcome split(const ObjModel& model, const std::vector<FaceElement>& corners);
+    void splitIntoFan() noexcept;
     bool isTriangulable(const ObjModel& model, const std::vector<FaceElement>& corners);
-    bool clipEars(CornerClasses classes, const std::vector<FaceElement>& corners,
-                  std::vector<Face>& triangles);
-    void startClipping();
-    std::size_t findEar(const CornerClasses& classes);
-    bool isBlocked(std::size_t corner);
-    void countTests(std::size_t tests);
-    void removeCorner(std::size_t corner);
-    void recomputeNormal(std::size_t corner);
-    std::size_t previousOf(std::size_t corner) const noexcept;
-    std::size_t nextOf(std::size_t corner) const noexcept;
 
-    // What is left of the polygon: four lists with an entry for each corner
-    // that remains, in the polygon's order.
     std::span<Vector3> positions;
-    std::span<Vector3> normals;
-    std::span<std::size_t> originals;  // places in the whole polygon
-    std::span<std::size_t> blockers;   // see isBlocked
-
-    // By place in the whole polygon: 1 once the corner is cut off.
-    std::span<unsigned char> isCutOff;
-
+    std::span<CornerTriple> pieces;
     EqualPositionSearch equalPositions;
+    EarClipper earClipper;
 
-    std::size_t uncountedTests = 0;
     bool hostMayBeAsked = true;
 
     Room<Vector3> positionRoom;
-    Room<Vector3> normalRoom;
-    Room<std::size_t> originalRoom;
-    Room<std::size_t> blockerRoom;
-    Room<unsigned char> cutOffRoom;
+    Room<CornerTriple> pieceRoom;
 };
-
-// Appends the triangles (0, k, k + 1): right for polygons without a reflex
-// corner.
-void fanTriangulate(const std::vector<FaceElement>& corners, std::vector<Face>& triangles);
 
 }  // namespace obj_adapter

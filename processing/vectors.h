@@ -14,6 +14,10 @@ struct Vector3 {
     double z = 0.0;
 };
 
+inline Vector3 operator+(const Vector3& a, const Vector3& b) noexcept {
+    return {a.x + b.x, a.y + b.y, a.z + b.z};
+}
+
 inline Vector3 operator-(const Vector3& a, const Vector3& b) noexcept {
     return {a.x - b.x, a.y - b.y, a.z - b.z};
 }

@@ -1,5 +1,5 @@
 // Polygons to triangles: processing/triangulation.cpp with cornerPositions.cpp,
-// cornerClasses.cpp, pointInTriangle.h and vectors.h.
+// cornerClasses.cpp, earClipping.cpp, pointInTriangle.h and vectors.h.
 #include "processing/triangulation.h"
 
 #include "processing/cornerClasses.h"
@@ -632,6 +632,40 @@ TEST(PointInTriangleTest, countsEdgesAndNeedsTheExactPlane) {
         EXPECT_EQ(slow::isPointInTriangle(vertices[0], vertices[1], vertices[2], vertices[3]),
                   row.isInside);
     }
+}
+
+// Of points on a grid the first one inside, whatever stretch of them is looked at.
+TEST(PointInTriangleTest, theFirstPointInsideIsFound) {
+    RandomSource random(12);
+    const int rounds = 3000;
+    int found = 0;
+    for (int round = 0; round < rounds; ++round) {
+        const auto coordinate = [&] { return static_cast<double>(random.below(7)); };
+        std::array<Vector3, 3> corners;
+        for (Vector3& corner : corners)
+            corner = {coordinate(), coordinate(), random.oneIn(8) ? coordinate() : 0.0};
+        std::vector<double> x(static_cast<std::size_t>(random.between(1, 9)));
+        std::vector<double> y(x.size());
+        std::vector<double> z(x.size());
+        for (std::size_t place = 0; place < x.size(); ++place) {
+            x[place] = random.oneIn(20) ? NOT_A_NUMBER : coordinate();
+            y[place] = coordinate();
+            z[place] = random.oneIn(8) ? coordinate() : 0.0;
+        }
+        const PointLists points{x.data(), y.data(), z.data()};
+        const TriangleContainment triangle(corners[0], corners[1], corners[2]);
+        for (std::size_t begin = 0; begin < x.size(); ++begin) {
+            for (std::size_t end = begin; end <= x.size(); ++end) {
+                std::size_t expected = begin;
+                while (expected < end &&
+                       !isPointInTriangle(points.at(expected), corners[0], corners[1], corners[2]))
+                    ++expected;
+                ASSERT_EQ(triangle.findContained(points, begin, end), expected);
+                found += expected < end ? 1 : 0;
+            }
+        }
+    }
+    EXPECT_GT(found, rounds);
 }
 
 TEST(CoplanarTest, hasNoTolerance) {
