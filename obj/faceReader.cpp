@@ -28,13 +28,11 @@ namespace {
 inline const char* readOrdinaryIndex(const char* position, int count,
                                      std::int32_t& index) noexcept {
     constexpr std::ptrdiff_t MAX_DIGITS = 9;
-    constexpr unsigned DECIMAL = 10;
     const bool isNegative = *position == '-';
     position += isNegative ? 1 : 0;
     const char* const begin = position;
     unsigned value = 0;
-    for (unsigned digit; (digit = digitOf(*position)) < DECIMAL; ++position)
-        value = DECIMAL * value + digit;
+    position = readDigits(position, value);
     // One below the first record, or no digits, becomes a number beyond every count.
     const auto number = static_cast<unsigned>(count);
     const unsigned resolved = isNegative ? number - value : value - 1;
