@@ -121,36 +121,50 @@ void FaceReader::readFaceStatement(LineTokens& tokens, int currentMaterial) {
         addPolygon(currentMaterial);
 }
 
-const char* FaceReader::readOrdinaryFace(const char* position, int currentMaterial) {
-    if (!hasRoomForRecord(model.faces))
-        return nullptr;
-    Face& face = recordBehindTheLast(model.faces);
-    for (FaceElement& corner : face.elements) {
-        position = readBlankAndCorner(position, model, corner);
-        if (position == nullptr)
-            return nullptr;
+const char* FaceReader::readOrdinaryFaces(const char* position, const char* end,
+                                          int currentMaterial, std::size_t& count) {
+    while (position != end && position[0] == 'f' && isBlank(position[1]) &&
+           hasRoomForRecord(model.faces)) {
+        Face& face = recordBehindTheLast(model.faces);
+        const char* behind = position + 1;
+        for (FaceElement& corner : face.elements) {
+            behind = readBlankAndCorner(behind, model, corner);
+            if (behind == nullptr)
+                return position;
+        }
+        const char* next = skipEndOfLine(behind);
+        if (next != nullptr) {
+            completeFace(face, currentMaterial);
+            keepRecordBehindTheLast(model.faces);
+            ++pendingFaces;
+        } else {
+            next = tryToReadOrdinaryPolygon(face, behind, currentMaterial);
+            if (next == nullptr)
+                return position;
+        }
+        ++count;
+        position = next;
     }
-    if (const char* next = skipEndOfLine(position)) {
-        completeFace(face, currentMaterial);
-        keepRecordBehindTheLast(model.faces);
-        ++pendingFaces;
-        return next;
-    }
+    return position;
+}
+
+// Without memory a polygon is not ordinary.
+const char* FaceReader::tryToReadOrdinaryPolygon(const Face& begun, const char* position,
+                                                 int currentMaterial) noexcept {
     try {
-        corners.resize(CORNERS_PER_FACE);
-        for (std::size_t i = 0; i < CORNERS_PER_FACE; ++i)
-            corners[i] = face.elements[i];
-        return readOrdinaryPolygon(position, currentMaterial);
+        return readOrdinaryPolygon(begun, position, currentMaterial);
     } catch (const std::exception&) {
         return nullptr;
     }
 }
 
-// The corners behind the first three, which are there already. A polygon that is not
-// split is not ordinary: the plain way says why.
-const char* FaceReader::readOrdinaryPolygon(const char* position, int currentMaterial) {
+// The corners behind the first three, which the face has. A polygon that is not split is
+// not ordinary: the plain way says why.
+const char* FaceReader::readOrdinaryPolygon(const Face& begun, const char* position,
+                                            int currentMaterial) {
     // A larger one takes so long that the host may be told of it.
     constexpr std::size_t MOST_CORNERS = 64;
+    corners.assign(std::begin(begun.elements), std::end(begun.elements));
     const char* next = nullptr;
     do {
         if (corners.size() == MOST_CORNERS)

@@ -42,13 +42,14 @@ public:
     // skipped.
     void readFaceStatement(LineTokens& tokens, int currentMaterial);
 
-    // The same for a statement of plain indices of records that are there, from
-    // behind the keyword; returns behind its line feed. Null, with nothing done, for
-    // every other statement, and where a table has no room.
+    // The same for statements of plain indices of records that are there, as far as they
+    // follow each other line by line; counts them, and returns where the line begins that
+    // is none, or end. Nothing is done for that one. A table without room ends them, too.
     //
-    // The face joins its group only at the next call of joinPendingFaces, which must
+    // The faces join their group only at the next call of joinPendingFaces, which must
     // come before anything looks at the groups: any other statement, the host.
-    const char* readOrdinaryFace(const char* position, int currentMaterial);
+    const char* readOrdinaryFaces(const char* position, const char* end, int currentMaterial,
+                                  std::size_t& count);
     void joinPendingFaces();
 
     // Whether every index of the faces added here was seen to lie in its table.
@@ -56,7 +57,9 @@ public:
 
 private:
     void proveIndices() noexcept;
-    const char* readOrdinaryPolygon(const char* position, int currentMaterial);
+    const char* tryToReadOrdinaryPolygon(const Face& begun, const char* position,
+                                         int currentMaterial) noexcept;
+    const char* readOrdinaryPolygon(const Face& begun, const char* position, int currentMaterial);
     void completeFace(Face& face, int currentMaterial) const noexcept;
     void addTriangle(int currentMaterial);
     void addPolygon(int currentMaterial);

@@ -117,7 +117,7 @@ void OrdinaryStatements::read(LogicalLineReader& lines, int& currentMaterial) {
             position = readPoints<NormalStatement>(lines, position, end);
         else if (position[0] == 'u' &&
                  (position = readMaterialSelection(position, currentMaterial)) != begin)
-            lines.countReadyLine();
+            lines.countReadyLines(1);
         if (position == begin)
             break;
     }
@@ -130,6 +130,7 @@ template <typename Statement>
 const char* OrdinaryStatements::readPoints(LogicalLineReader& lines, const char* position,
                                            const char* end) noexcept {
     auto& table = model.*Statement::TABLE;
+    std::size_t count = 0;
     while (position != end && beginsLine<Statement>(position) && hasRoomForRecord(table)) {
         auto& record = recordBehindTheLast(table);
         const char* next = readNumbers<Statement>(position + Statement::KEYWORD.size(), record);
@@ -137,22 +138,19 @@ const char* OrdinaryStatements::readPoints(LogicalLineReader& lines, const char*
             break;
         record.index = static_cast<std::int32_t>(table.size());
         keepRecordBehindTheLast(table);
-        lines.countReadyLine();
+        ++count;
         position = next;
     }
+    lines.countReadyLines(count);
     return position;
 }
 
 // f corner corner corner ...
 const char* OrdinaryStatements::readFaces(LogicalLineReader& lines, const char* position,
                                           const char* end, int currentMaterial) {
-    while (position != end && position[0] == 'f' && isBlank(position[1])) {
-        const char* next = faceReader.readOrdinaryFace(position + 1, currentMaterial);
-        if (next == nullptr)
-            break;
-        lines.countReadyLine();
-        position = next;
-    }
+    std::size_t count = 0;
+    position = faceReader.readOrdinaryFaces(position, end, currentMaterial, count);
+    lines.countReadyLines(count);
     return position;
 }
 

@@ -74,8 +74,8 @@ public:
     // one by one.
     void skipReadyLines(std::size_t length) noexcept { lineBegin += length; }
 
-    // Who reads the ready lines counts each, before anything else can ask for the number.
-    void countReadyLine() noexcept { ++linesTaken; }
+    // Who reads the ready lines counts them, before anything else can ask for the number.
+    void countReadyLines(std::size_t count) noexcept { linesTaken += count; }
 
     // How long the whole text will be: what is read of it is then told to the host as
     // its share of the stage. 0: not known.
