@@ -46,13 +46,21 @@ inline constexpr std::array<double, 23> POWERS_OF_TEN = {
     1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
 // Adds a run of digits to the mantissa; the count of them is returned. One digit
-// at a time: eight at a time, with shifts and masks, was measured and is slower,
-// because the numbers of OBJ files are short.
+// at a time, four in a turn: eight at a time, with shifts and masks, was measured and is
+// slower, because the numbers of OBJ files are short.
 inline int takeDigits(const char*& position, std::uint64_t& mantissa) noexcept {
+    constexpr int TURN = 4;
     const char* begin = position;
-    for (; static_cast<unsigned char>(*position - '0') < 10; ++position)
-        mantissa = 10 * mantissa + static_cast<unsigned char>(*position - '0');
-    return static_cast<int>(position - begin);
+    for (;; position += TURN) {
+        for (int place = 0; place < TURN; ++place) {
+            const auto digit = static_cast<unsigned char>(position[place] - '0');
+            if (digit >= 10) {
+                position += place;
+                return static_cast<int>(position - begin);
+            }
+            mantissa = 10 * mantissa + digit;
+        }
+    }
 }
 
 // Moves behind the number.
