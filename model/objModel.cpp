@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cassert>
+#include <cstddef>
+#include <numeric>
 
 namespace obj_adapter {
 
@@ -67,8 +69,9 @@ void ObjModel::addLastFacesToCurrentGroup(std::size_t faceCount) {
         const std::size_t growth = list.capacity() < LONG_LIST ? 2 : 4;
         list.reserve(std::max(list.size() + faceCount, growth * list.capacity()));
     }
-    for (std::size_t face = faces.size() - faceCount; face < faces.size(); ++face)
-        list.push_back(static_cast<int>(face));
+    list.resize(list.size() + faceCount);
+    std::iota(list.end() - static_cast<std::ptrdiff_t>(faceCount), list.end(),
+              static_cast<int>(faces.size() - faceCount));
     hierarchyValid = false;
 }
 
