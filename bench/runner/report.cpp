@@ -144,9 +144,10 @@ std::string Report::asMarkdown() const {
     return text;
 }
 
-void replaceMeasured(const std::string& fileName, const std::string& markdown) {
-    const std::string BEGIN = "<!-- measured: begin -->\n";
-    const std::string END = "<!-- measured: end -->";
+void replaceMeasured(const std::string& fileName, const std::string& mark,
+                     const std::string& markdown) {
+    const std::string BEGIN = "<!-- " + mark + ": begin -->\n";
+    const std::string END = "<!-- " + mark + ": end -->";
     std::ifstream input(fileName);
     const std::string text{std::istreambuf_iterator<char>(input), std::istreambuf_iterator<char>()};
     const std::size_t begin = text.find(BEGIN);

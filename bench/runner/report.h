@@ -39,8 +39,9 @@ private:
     std::vector<Goal> goals;
 };
 
-// Replaces what stands in the file between the lines "<!-- measured: begin -->" and
-// "<!-- measured: end -->".
-void replaceMeasured(const std::string& fileName, const std::string& markdown);
+// Replaces what stands in the file between the lines "<!-- MARK: begin -->" and
+// "<!-- MARK: end -->".
+void replaceMeasured(const std::string& fileName, const std::string& mark,
+                     const std::string& markdown);
 
 }  // namespace obj_adapter::bench

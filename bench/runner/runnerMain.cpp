@@ -42,6 +42,7 @@ int run(int argc, char** argv) {
     Session session;
     std::vector<std::string> suites = suiteNames();
     std::string markdownFile;
+    std::string mark = "measured";
     bool isStoring = false;
     app.add_option("--suites", suites, "what to measure")
         ->check(CLI::IsMember(suiteNames()))
@@ -51,7 +52,10 @@ int run(int argc, char** argv) {
     app.add_option("--rounds", session.rounds, "how often everything is run")
         ->check(CLI::Range(1, 1000));
     app.add_flag("--quick", session.isQuick, "small inputs and three rounds: does it work?");
+    app.add_option("--without", session.absent, "other readers to leave out of large files")
+        ->delimiter(',');
     app.add_option("--markdown", markdownFile, "a file to write the tables into");
+    app.add_option("--mark", mark, "where in that file: between the marks of this name");
     app.add_flag("--store-answers", isStoring, "write the hashes of models anew, and stop");
     app.add_option("--answers", session.answerFile, "file of the models' hashes")->required();
     app.add_option("--inputs", session.inputs.path, "folder for generated files")->required();
@@ -80,7 +84,7 @@ int run(int argc, char** argv) {
     }
     std::fputs(report.asText().c_str(), stdout);
     if (!markdownFile.empty())
-        replaceMeasured(markdownFile, report.asMarkdown());
+        replaceMeasured(markdownFile, mark, report.asMarkdown());
     return 0;
 }
 

@@ -19,6 +19,7 @@ struct Session {
     int rounds = 7;
     bool isQuick = false;             // fewer and smaller, to see that it works
     std::vector<std::string> shapes;  // for reading; empty: all
+    std::vector<std::string> absent;  // contenders that reading goes without
 
     Contender ours(const std::string& name, const std::vector<std::string>& arguments) const {
         return contender(name, "bench_import", arguments);
