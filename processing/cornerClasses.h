@@ -106,7 +106,7 @@ inline bool areCertainlyConvex(std::span<const Vector3> normals) noexcept {
 // polygons of any shape.
 //
 // Today's sum is the first one with what has changed subtracted and added: not to the
-// bit what adding all normals in order gives. But each of less than seven additions for
+// bit what adding all normals in order gives. But each of at most seven additions for
 // each corner, in both together, rounds by 2^-53 of all the lengths ever added at most:
 // the two are within 13 * corners * 2^-53 of these lengths. That is 2^-29 with the
 // greatest number of corners, and an angle of no more than a tenth of a degree while the

@@ -51,7 +51,7 @@ private:
     template <typename Element>
     using Room = KeptRoom<Element, MAX_CORNERS_WITHIN>;
 
-    // Of a corner that is left.
+    // Of a corner that is left. 32 bits do, as no line has room for so many corners.
     struct Mark {
         std::uint32_t original;  // its place in the whole polygon
         std::uint32_t blocker;   // see isBlocked
