@@ -32,8 +32,12 @@ public:
         return DoublePair(_mm_mul_pd(a.pair, b.pair));
     }
 
-    // A bit for each place, the first one lowest, where no value is negative or not a
-    // number.
+    // A bit for each place, the first one lowest, where that holds.
+    friend unsigned areEqual(DoublePair a, DoublePair b) noexcept {
+        return static_cast<unsigned>(_mm_movemask_pd(_mm_cmpeq_pd(a.pair, b.pair)));
+    }
+
+    // The same where no value is negative or not a number.
     friend unsigned areNotNegative(DoublePair a, DoublePair b, DoublePair c) noexcept {
         const __m128d zero = _mm_setzero_pd();
         return static_cast<unsigned>(_mm_movemask_pd(
@@ -60,6 +64,10 @@ private:
     }
     friend DoublePair operator*(DoublePair a, DoublePair b) noexcept {
         return DoublePair(a.first * b.first, a.second * b.second);
+    }
+
+    friend unsigned areEqual(DoublePair a, DoublePair b) noexcept {
+        return (a.first == b.first ? 1U : 0U) | (a.second == b.second ? 2U : 0U);
     }
 
     friend unsigned areNotNegative(DoublePair a, DoublePair b, DoublePair c) noexcept {

@@ -45,6 +45,7 @@ public:
 private:
     static constexpr std::size_t SLOTS_PER_POSITION = 2;
 
+    static std::optional<bool> searchByX(std::span<const Vector3> positions) noexcept;
     std::optional<bool> searchByHash(std::span<const Vector3> positions);
 
     KeptRoom<std::uint32_t, SLOTS_PER_POSITION * MAX_CORNERS_WITHIN> slotRoom;

@@ -56,6 +56,8 @@ TEST(DoublePairTest, computesInBothPlacesAsADoubleDoes) {
             const DoublePair pair = DoublePair::load(two);
             const DoublePair other = DoublePair::load(turned);
             expectEqual(pair, a, b);
+            EXPECT_EQ(areEqual(pair, other), a == b ? 3U : 0U);
+            EXPECT_EQ(areEqual(pair, DoublePair(a)), (a == a ? 1U : 0U) | (b == a ? 2U : 0U));
             expectEqual(DoublePair(a), a, a);
             expectEqual(pair + other, a + b, b + a);
             expectEqual(pair - other, a - b, b - a);

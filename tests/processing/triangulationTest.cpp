@@ -412,6 +412,29 @@ TEST(EqualPositionsTest, areThoseThatVerticesCallEqual) {
     EXPECT_LT(withPair, polygons * 4 / 5);
 }
 
+// Every pair of places, with few corners or many that share their x with others.
+TEST(EqualPositionsTest, areFoundWhereverTheyStand) {
+    RandomSource random(66);
+    EqualPositionSearch search;
+    for (std::size_t size = 2; size <= 66; ++size) {
+        const bool areManySharing = random.oneIn(4);
+        std::vector<Vector3> apart;
+        for (std::size_t corner = 0; corner < size; ++corner)
+            apart.push_back({areManySharing ? random.below(4) : random.fraction(),
+                             random.fraction(), random.fraction()});
+        ASSERT_FALSE(search.hasEqualPositions(apart)) << size;
+        for (std::size_t second = 1; second < size; ++second) {
+            for (std::size_t first = 0; first < second; ++first) {
+                std::vector<Vector3> positions = apart;
+                positions[second].x = positions[first].x;
+                ASSERT_FALSE(search.hasEqualPositions(positions)) << first << " " << second;
+                positions[second] = positions[first];
+                ASSERT_TRUE(search.hasEqualPositions(positions)) << first << " " << second;
+            }
+        }
+    }
+}
+
 TEST(EqualPositionsTest, areFoundAmongManyInfiniteAndUndefinedOnes) {
     const int size = 30000;
     EqualPositionSearch search;
