@@ -38,6 +38,7 @@ void cutOff(Table& table, std::size_t newSize) noexcept {
 // ready. True if all vertices are in order.
 bool numberVertices(VertexTable& vertices, VertexOrder& order) noexcept {
     bool isInOrder = true;
+    VertexOrder seen;  // in registers, where the caller's cannot be
     for (std::size_t position = 0; position < vertices.size(); ++position) {
         Vertex& vertex = vertices[position];
         // Most are right, and memory that is not written need not be stored.
@@ -45,8 +46,9 @@ bool numberVertices(VertexTable& vertices, VertexOrder& order) noexcept {
             vertex.index = static_cast<std::int32_t>(position);
         isInOrder =
             isInOrder && (position == 0 || VertexOrder::precedes(vertices[position - 1], vertex));
-        order.addToRange(vertex);
+        seen.addToRange(vertex);
     }
+    order = seen;
     order.setScale();
     return isInOrder;
 }
@@ -100,13 +102,17 @@ bool renumberFaces(FaceTable& faces, const IndexMap& newPositions, FaceSorter& s
                    WorkOfChange& work) noexcept {
     bool isInOrder = true;
     std::size_t keptCount = 0;
-    for (Face face : faces) {
+    for (std::size_t position = 0; position < faces.size(); ++position) {
+        // Changed where it comes to stand, as below.
+        Face& face = faces[keptCount];
+        if (position != keptCount)
+            face = faces[position];
         if (renumberCorners(face, newPositions) && !isDegenerate(face)) {
             FaceOrder::mark(face, static_cast<std::int32_t>(keptCount));
             isInOrder =
                 isInOrder && (keptCount == 0 || FaceOrder::precedes(faces[keptCount - 1], face));
             sorter.count(face);
-            faces[keptCount++] = face;
+            ++keptCount;
         }
         work.count(1);
     }
@@ -117,6 +123,13 @@ bool renumberFaces(FaceTable& faces, const IndexMap& newPositions, FaceSorter& s
 bool isSameCorner(const FaceElement& a, const FaceElement& b) noexcept {
     return a.vertexIndex == b.vertexIndex && a.textureIndex == b.textureIndex &&
            a.normalIndex == b.normalIndex;
+}
+
+// Of faces whose sorted vertex indices are up to date.
+bool isOverSameVertices(const Face& a, const Face& b) noexcept {
+    const std::int32_t* left = a.sortedVertexIndices;
+    const std::int32_t* right = b.sortedVertexIndices;
+    return left[0] == right[0] && left[1] == right[1] && left[2] == right[2];
 }
 
 // A face and its mirror image are not the same.
@@ -145,10 +158,13 @@ bool removeDuplicateFaces(ObjModel& model, bool isInOrder, FaceSorter& sorter,
     bool conflictFound = false;
     std::size_t keptCount = 0;
     const auto keepOrDrop = [&](const Face& marked) {
-        Face face = marked;
+        // Changed where it comes to stand: a copy that is written in part and then copied
+        // again would have to wait for that part.
+        Face& face = faces[keptCount];
+        face = marked;
         FaceOrder::unmark(face);
         work.count(1);
-        if (keptCount > 0 && !(faces[keptCount - 1] < face)) {
+        if (keptCount > 0 && isOverSameVertices(face, faces[keptCount - 1])) {
             const Face& previous = faces[keptCount - 1];
             if (face.groupIndex == previous.groupIndex && isSameUpToRotation(face, previous))
                 return;
@@ -156,7 +172,7 @@ bool removeDuplicateFaces(ObjModel& model, bool isInOrder, FaceSorter& sorter,
         }
         if (areListedAtOnce)
             lister.add(face, keptCount);
-        faces[keptCount++] = face;
+        ++keptCount;
     };
     if (isInOrder)
         std::for_each(faces.begin(), faces.end(), keepOrDrop);

@@ -59,8 +59,8 @@ private:
     static constexpr int POSITION = CORNERS_PER_FACE - 1;
 
     static std::int32_t getHighestVertexIndex(const Face& face) noexcept {
-        return std::max({face.elements[0].vertexIndex, face.elements[1].vertexIndex,
-                         face.elements[2].vertexIndex});
+        return std::max(std::max(face.elements[0].vertexIndex, face.elements[1].vertexIndex),
+                        face.elements[2].vertexIndex);
     }
 
     static std::uint64_t joinNumbers(std::int32_t high, std::int32_t low) noexcept {
