@@ -255,11 +255,10 @@ private:
     template <int KEY, typename Visit>
     void visitCopies(const Record* records, std::size_t count, const KeyBounds& bounds,
                      Visit& visit) {
-        for (std::size_t place = 0; place < count; ++place) {
+        sortTicketsWithin<KEY>(tickets.data(), count, bounds, [&](std::size_t place) {
             copies[place] = records[place];
-            tickets[place] = place;
-        }
-        sortTicketsWithin<KEY>(tickets.data(), count, bounds);
+            return place;
+        });
         for (std::size_t place = 0; place < count; ++place)
             visit(recordOf(tickets[place]));
     }
@@ -283,14 +282,16 @@ private:
         if (bounds.lowest == bounds.highest)
             sortTicketsByNextKey<KEY>(run, count);
         else
-            sortTicketsWithin<KEY>(run, count, bounds);
+            sortTicketsWithin<KEY>(run, count, bounds,
+                                   [run](std::size_t place) { return placeOf(run[place]); });
     }
 
-    template <int KEY>
+    template <int KEY, typename PlaceAt>
     // NOLINTNEXTLINE(misc-no-recursion): at most as deep as the keys have bits
-    void sortTicketsWithin(Ticket* run, std::size_t count, const KeyBounds& bounds) {
+    void sortTicketsWithin(Ticket* run, std::size_t count, const KeyBounds& bounds,
+                           const PlaceAt& placeAt) {
         const Deal deal(bounds, TICKET_KEY_BITS);
-        sortTicketsByBits<KEY>(run, count, deal);
+        sortTicketsByBits<KEY>(run, count, deal, placeAt);
         for (std::size_t begin = 0, end = 0; begin < count; begin = end) {
             end = begin + 1;
             while (end < count && keyBitsOf(run[end]) == keyBitsOf(run[begin]))
@@ -310,11 +311,12 @@ private:
             sortTickets<KEY + 1>(run, count);
     }
 
-    // Writes the leading bits of the key into each ticket and sorts the tickets
-    // as numbers: spreads them over about as many slots and sorts those that meet
-    // in one.
-    template <int KEY>
-    void sortTicketsByBits(Ticket* run, std::size_t count, const Deal& deal) {
+    // Writes the leading bits of the key into each ticket, with what placeAt(0), (1) and so
+    // on say, and sorts the tickets as numbers: spreads them over about as many slots and sorts
+    // those that meet in one.
+    template <int KEY, typename PlaceAt>
+    void sortTicketsByBits(Ticket* run, std::size_t count, const Deal& deal,
+                           const PlaceAt& placeAt) {
         const int slotBits = std::min(static_cast<int>(std::bit_width(count)), PLACE_BITS);
         const int keyBits = static_cast<int>(std::bit_width(deal.getNumberOfBuckets() - 1));
         const int shift = std::max(keyBits - slotBits, 0) + PLACE_BITS;
@@ -322,13 +324,16 @@ private:
 
         std::fill_n(slotPlaces, numberOfSlots, std::uint16_t{0});
         for (std::size_t place = 0; place < count; ++place) {
-            const std::uint64_t key = keys->template getKey<KEY>(recordOf(run[place]));
-            const Ticket ticket = Ticket{deal.getBucket(key)} << PLACE_BITS | placeOf(run[place]);
+            const std::uint64_t placeOfCopy = placeAt(place);
+            const std::uint64_t key = keys->template getKey<KEY>(copies[placeOfCopy]);
+            const Ticket ticket = Ticket{deal.getBucket(key)} << PLACE_BITS | placeOfCopy;
             spareTickets[place] = ticket;
             ++slotPlaces[ticket >> shift];
         }
         std::uint16_t end = 0;
+        std::uint16_t mostInSlot = 0;
         for (std::size_t slot = 0; slot < numberOfSlots; ++slot) {
+            mostInSlot = std::max(mostInSlot, slotPlaces[slot]);
             end = static_cast<std::uint16_t>(end + slotPlaces[slot]);
             slotPlaces[slot] = end;
         }
@@ -336,7 +341,28 @@ private:
             const Ticket ticket = spareTickets[place];
             run[--slotPlaces[ticket >> shift]] = ticket;
         }
-        sortSlots(run, count, numberOfSlots);
+        if (mostInSlot <= FEW_TICKETS)
+            insertTickets(run, count);
+        else
+            sortSlots(run, count, numberOfSlots);
+    }
+
+    // Tickets that are near their places, as all are in the right one of many slots.
+    static void insertTickets(Ticket* run, std::size_t count) {
+        Ticket greatest = run[0];
+        for (std::size_t place = 1; place < count; ++place) {
+            const Ticket ticket = run[place];
+            if (ticket >= greatest) {
+                greatest = ticket;
+                continue;
+            }
+            std::size_t hole = place;
+            do {
+                run[hole] = run[hole - 1];
+                --hole;
+            } while (hole > 0 && run[hole - 1] > ticket);
+            run[hole] = ticket;
+        }
     }
 
     // Tickets with equal keys are in order as they come, so that a slot full of
