@@ -2,6 +2,8 @@
 // tests/processing/compactionTest.cpp.
 #pragma once
 
+#include "platform/prefetch.h"
+
 #include <algorithm>
 #include <bit>
 #include <cassert>
@@ -88,6 +90,10 @@ private:
     // leads there.
     static constexpr int MAX_BUCKET_BITS = 12;
     static constexpr std::size_t MAX_BUCKETS = std::size_t{1} << MAX_BUCKET_BITS;
+
+    // So far behind the record that comes home to a bucket the next ones will: far enough
+    // to be there in time, near enough to be there still.
+    static constexpr std::size_t BYTES_FETCHED_AHEAD = 192;
 
     // What a bucket may get on average, so that nearly all can be copied.
     static constexpr std::size_t BUCKET_SIZE = MAX_COPIED / 4 * 3;
@@ -204,7 +210,9 @@ private:
                 const Place end = ends[bucket];
                 for (Place place = heads[bucket]; place < end; ++place) {
                     const std::uint64_t key = keys->template getKey<KEY>(records[place]);
-                    std::swap(records[place], records[heads[deal.getBucket(key)]++]);
+                    Record* const home = records + heads[deal.getBucket(key)]++;
+                    platform::prefetchBehind(home, BYTES_FETCHED_AHEAD);
+                    std::swap(records[place], *home);
                 }
                 if (heads[bucket] < end)
                     unfinished[leftCount++] = static_cast<std::uint16_t>(bucket);
