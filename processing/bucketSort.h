@@ -212,7 +212,8 @@ private:
                     const std::uint64_t key = keys->template getKey<KEY>(records[place]);
                     Record* const home = records + heads[deal.getBucket(key)]++;
                     platform::prefetchBehind(home, BYTES_FETCHED_AHEAD);
-                    std::swap(records[place], *home);
+                    if (home != records + place)  // what is home already need not be written
+                        std::swap(records[place], *home);
                 }
                 if (heads[bucket] < end)
                     unfinished[leftCount++] = static_cast<std::uint16_t>(bucket);
