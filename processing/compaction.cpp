@@ -125,11 +125,14 @@ bool isSameCorner(const FaceElement& a, const FaceElement& b) noexcept {
            a.normalIndex == b.normalIndex;
 }
 
-// Of faces whose sorted vertex indices are up to date.
+// Of faces whose sorted vertex indices are up to date. All three are compared at once:
+// whether neighbours in order share the first is anybody's guess, also the processor's.
 bool isOverSameVertices(const Face& a, const Face& b) noexcept {
     const std::int32_t* left = a.sortedVertexIndices;
     const std::int32_t* right = b.sortedVertexIndices;
-    return left[0] == right[0] && left[1] == right[1] && left[2] == right[2];
+    const std::int32_t difference =
+        (left[0] ^ right[0]) | (left[1] ^ right[1]) | (left[2] ^ right[2]);
+    return difference == 0;
 }
 
 // A face and its mirror image are not the same.
