@@ -28,9 +28,9 @@ struct KeyBounds {
 // Keys    has  static constexpr int NUMBER_OF_KEYS
 //              std::uint64_t getKey<KEY>(const Record&), KEY from 0
 //              KeyBounds getBounds(), of all first keys, not necessarily tight
-//              bool precedes(const Record&, const Record&), a strict total
-//              order: of two records the preceding one has the lesser key, in
-//              the first key that differs
+//              bool precedes(const Record&, const Record&): of two records the
+//              preceding one has the lesser key, in the first key that differs;
+//              those with equal keys come in any order
 // cost    near linear: a fixed number of passes for every twelve bits of the
 //         keys, as far as it takes to tell the records apart
 // memory  the constructor alone asks for any: a copy of at most MAX_COPIED
@@ -85,6 +85,9 @@ private:
 
     // Up to here tickets are sorted by comparing their records.
     static constexpr std::size_t FEW_TICKETS = 16;
+
+    // Up to here in each slot tickets are sorted by inserting them.
+    static constexpr std::size_t FEW_IN_SLOT = 32;
 
     // With more buckets the second cache no longer holds a line of each and what
     // leads there.
@@ -174,7 +177,7 @@ private:
         if constexpr (KEY + 1 < Keys::NUMBER_OF_KEYS)
             visitRun<KEY + 1>(records, count, visit);
         else
-            std::for_each_n(records, count, visit);  // a single one
+            std::for_each_n(records, count, visit);
     }
 
     template <int KEY, typename RecordAt>
@@ -281,9 +284,11 @@ private:
     // NOLINTNEXTLINE(misc-no-recursion): at most as deep as the keys have bits
     void sortTickets(Ticket* run, std::size_t count) {
         if (count <= FEW_TICKETS) {
-            std::sort(run, run + count, [this](Ticket a, Ticket b) {
+            const auto precedes = [this](Ticket a, Ticket b) {
                 return keys->precedes(recordOf(a), recordOf(b));
-            });
+            };
+            if (!std::is_sorted(run, run + count, precedes))  // as records with equal keys are
+                std::sort(run, run + count, precedes);
             return;
         }
         const KeyBounds bounds = findBounds<KEY>(
@@ -350,7 +355,7 @@ private:
             const Ticket ticket = spareTickets[place];
             run[--slotPlaces[ticket >> shift]] = ticket;
         }
-        if (mostInSlot <= FEW_TICKETS)
+        if (mostInSlot <= FEW_IN_SLOT)
             insertTickets(run, count);
         else
             sortSlots(run, count, numberOfSlots);

@@ -45,7 +45,7 @@ bool numberVertices(VertexTable& vertices, VertexOrder& order) noexcept {
         if (vertex.index != static_cast<std::int32_t>(position))
             vertex.index = static_cast<std::int32_t>(position);
         isInOrder =
-            isInOrder && (position == 0 || VertexOrder::precedes(vertices[position - 1], vertex));
+            isInOrder && (position == 0 || !VertexOrder::precedes(vertex, vertices[position - 1]));
         seen.addToRange(vertex);
     }
     order = seen;
@@ -53,19 +53,25 @@ bool numberVertices(VertexTable& vertices, VertexOrder& order) noexcept {
     return isInOrder;
 }
 
-// Sorts the vertices and keeps the first of each run of equal ones. Each is
-// compared with the last one kept: a NaN equals every number, so this can merge
-// what is not alike.
+// Sorts the vertices and keeps of each run of equal ones the one that stood first in the
+// table. Each is compared with the last one kept: a NaN equals every number, so this can
+// merge what is not alike.
 void mergeEqualVertices(VertexTable& vertices, VertexSorter& sorter, IndexMap& newPositions,
                         WorkOfChange& work) noexcept {
     std::size_t keptCount = 0;
+    std::int32_t keptPosition = 0;  // where the last one kept stood
+    const auto keep = [&](const Vertex& vertex, std::size_t position) {
+        keptPosition = vertex.index;
+        vertices[position] = vertex;
+        vertices[position].index = static_cast<std::int32_t>(position);
+    };
     const auto keepOrMerge = [&](const Vertex& vertex) {
         const auto oldPosition = static_cast<std::size_t>(vertex.index);
-        if (keptCount == 0 || !(vertex == vertices[keptCount - 1])) {
-            vertices[keptCount] = vertex;
-            vertices[keptCount].index = static_cast<std::int32_t>(keptCount);
-            ++keptCount;
-        }
+        if (keptCount == 0 || !(vertex == vertices[keptCount - 1]))
+            keep(vertex, keptCount++);
+        else if (vertex.index < keptPosition &&
+                 VertexOrder::areAlike(vertex, vertices[keptCount - 1]))
+            keep(vertex, keptCount - 1);
         newPositions[oldPosition] = static_cast<std::int32_t>(keptCount) - 1;
         work.count(1);
     };

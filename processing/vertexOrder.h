@@ -19,6 +19,8 @@ namespace obj_adapter {
 // Negative, 0 or positive as a comes before, with or after b. NaN comes after
 // every number, and all NaN are alike; -0 equals 0.
 inline int compareCoordinates(double a, double b) noexcept {
+    if (a == b)
+        return 0;
     if (a < b)
         return -1;
     if (a > b)
@@ -81,9 +83,8 @@ private:
     double scale = 0.0;
 };
 
-// x, then y, then z, as compareCoordinates has it, then index, which must be the
-// position in the table: so the earlier of equal vertices precedes. Unlike
-// Vertex::operator< an ordering for all coordinates. Has what BucketSorter needs.
+// x, then y, then z, as compareCoordinates has it. Unlike Vertex::operator< an ordering for
+// all coordinates. Has what BucketSorter needs.
 class VertexOrder {
 public:
     // To be told of every vertex before anything is asked, and then that these are all.
@@ -103,12 +104,16 @@ public:
             return order < 0;
         if (const int order = compareCoordinates(a.y, b.y))
             return order < 0;
-        if (const int order = compareCoordinates(a.z, b.z))
-            return order < 0;
-        return a.index < b.index;
+        return compareCoordinates(a.z, b.z) < 0;
     }
 
-    static constexpr int NUMBER_OF_KEYS = 7;
+    // Whether vertices that Vertex::operator== calls equal come in any order.
+    static bool areAlike(const Vertex& a, const Vertex& b) noexcept {
+        return std::isnan(a.x) == std::isnan(b.x) && std::isnan(a.y) == std::isnan(b.y) &&
+               std::isnan(a.z) == std::isnan(b.z);
+    }
+
+    static constexpr int NUMBER_OF_KEYS = 6;
 
     static KeyBounds getBounds() noexcept { return CoarseCoordinateKey::getBounds(); }
 
@@ -124,10 +129,8 @@ public:
             return exactCoordinateKey(vertex.y);
         else if constexpr (KEY == 4)
             return coarseZ(vertex.z);
-        else if constexpr (KEY == 5)
-            return exactCoordinateKey(vertex.z);
         else
-            return static_cast<std::uint64_t>(vertex.index);
+            return exactCoordinateKey(vertex.z);
     }
 
 private:
