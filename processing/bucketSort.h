@@ -252,14 +252,18 @@ private:
     template <int KEY>
     std::size_t findEndOfBucket(const Record* records, std::size_t begin, std::size_t count,
                                 const Deal& deal) const {
-        const auto bucketOf = [&](std::size_t place) {
-            return deal.getBucket(keys->template getKey<KEY>(records[place]));
+        const auto bucketOf = [&](const Record& record) {
+            return deal.getBucket(keys->template getKey<KEY>(record));
         };
-        const std::size_t bucket = bucketOf(begin);
-        std::size_t end = begin + 1;
-        while (end < count && bucketOf(end) == bucket)
-            ++end;
-        return end;
+        const std::size_t bucket = bucketOf(records[begin]);
+        const auto isInBucket = [&](const Record& record) { return bucketOf(record) == bucket; };
+        // Most buckets are small.
+        const Record* const likelyEnd = records + std::min(begin + MAX_COPIED, count);
+        const Record* const end =
+            isInBucket(likelyEnd[-1])
+                ? std::partition_point(likelyEnd, records + count, isInBucket)
+                : std::partition_point(records + begin, likelyEnd, isInBucket);
+        return static_cast<std::size_t>(end - records);
     }
 
     // --- Runs that are copied
@@ -271,8 +275,11 @@ private:
             copies[place] = records[place];
             return place;
         });
-        for (std::size_t place = 0; place < count; ++place)
+        for (std::size_t place = 0; place < count; ++place) {
+            // The next run is needed soon.
+            platform::prefetchBehind(records + place, count * sizeof(Record));
             visit(recordOf(tickets[place]));
+        }
     }
 
     static std::uint64_t placeOf(Ticket ticket) { return ticket & (MAX_COPIED - 1); }
