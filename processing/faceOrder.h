@@ -25,10 +25,19 @@ public:
     explicit FaceOrder(std::size_t vertexCount) noexcept : highestIndex(vertexCount) {}
 
     // From here to unmark the face's sorted vertex indices are no such indices.
+    //
+    // Sorts as Face::refreshSortedKey does, but without branches: which corner is the lowest
+    // would have to be guessed.
     static void mark(Face& face, std::int32_t position) noexcept {
-        face.sortedKeyValid = false;
-        face.refreshSortedKey();
+        const std::int32_t first = face.elements[0].vertexIndex;
+        const std::int32_t second = face.elements[1].vertexIndex;
+        const std::int32_t third = face.elements[2].vertexIndex;
+        const std::int32_t lower = std::min(first, second);
+        const std::int32_t upper = std::max(first, second);
+        face.sortedVertexIndices[0] = std::min(lower, third);
+        face.sortedVertexIndices[1] = std::max(lower, std::min(upper, third));
         face.sortedVertexIndices[POSITION] = position;
+        face.sortedKeyValid = true;
     }
 
     static void unmark(Face& face) noexcept {
