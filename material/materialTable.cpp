@@ -29,11 +29,11 @@ int MaterialTable::findMaterial(std::string_view name) {
     return findPosition(name);
 }
 
-int MaterialTable::findKnownMaterial(std::string_view name) const noexcept {
+int MaterialTable::findKnownMaterial(std::string_view name) noexcept {
     return firstPositionsAreCurrent ? findPosition(name) : NO_INDEX;
 }
 
-int MaterialTable::findPosition(std::string_view name) const noexcept {
+int MaterialTable::findPosition(std::string_view name) noexcept {
     const int position = firstPositions.find(name);
     return position == NamePositions::NONE ? NO_INDEX : position;
 }
@@ -46,8 +46,9 @@ int MaterialTable::addMaterial(std::string name) {
     // The record is large: it is made where it stays.
     Material& material = materials.emplace_back();
     try {
-        if (firstPositionsAreCurrent && findPosition(name) == NO_INDEX)
-            firstPositions.add(name, position);
+        const NamePositions::Key key(name);
+        if (firstPositionsAreCurrent && firstPositions.find(key) == NamePositions::NONE)
+            firstPositions.add(key, position);
     } catch (...) {
         materials.pop_back();
         throw;
@@ -55,6 +56,28 @@ int MaterialTable::addMaterial(std::string name) {
     material.name = std::move(name);
     isLent = false;
     return position;
+}
+
+bool MaterialTable::addMaterialOfNewName(std::string_view name) {
+    if (isLent || !firstPositionsAreCurrent) {
+        if (findMaterial(name) != NO_INDEX)
+            return false;
+        addMaterial(std::string(name));
+        return true;
+    }
+    const NamePositions::Key key(name);
+    if (firstPositions.find(key) != NamePositions::NONE)
+        return false;
+    const int position = nextRecordIndex(materials.size());
+    Material& material = materials.emplace_back();
+    try {
+        material.name.assign(name);
+        firstPositions.add(key, position);
+    } catch (...) {
+        materials.pop_back();
+        throw;
+    }
+    return true;
 }
 
 void MaterialTable::addLibraryName(const std::string& libraryName) {
@@ -92,8 +115,9 @@ void MaterialTable::rebuildPositions() {
     NamePositions rebuilt;
     for (std::size_t i = 0; i < materials.size(); ++i) {
         const std::string& name = materials[i].name;
-        if (rebuilt.find(name) == NamePositions::NONE)
-            rebuilt.add(name, static_cast<int>(i));
+        const NamePositions::Key key(name);
+        if (rebuilt.find(key) == NamePositions::NONE)
+            rebuilt.add(key, static_cast<int>(i));
     }
     firstPositions = std::move(rebuilt);
     firstPositionsAreCurrent = true;

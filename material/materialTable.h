@@ -40,12 +40,16 @@ public:
 
     // The same without asking for memory: NO_INDEX also where the names must be
     // looked at again first.
-    int findKnownMaterial(std::string_view name) const noexcept;
+    int findKnownMaterial(std::string_view name) noexcept;
 
     // Appends a material that has nothing but its name and returns its position.
     // std::length_error when the table is full; the table is unchanged after any
     // failure.
     int addMaterial(std::string name);
+
+    // The same with one search for a name that no material has; false, with nothing
+    // done, for any other.
+    bool addMaterialOfNewName(std::string_view name);
 
     // Appends the name unless it is there already. The table is unchanged after
     // a failure.
@@ -64,7 +68,7 @@ public:
 
 private:
     void rebuildPositions();
-    int findPosition(std::string_view name) const noexcept;
+    int findPosition(std::string_view name) noexcept;
 
     platform::GrowingArray<Material> materials;
 

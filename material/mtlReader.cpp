@@ -11,8 +11,6 @@
 #include "obj/numberParsing.h"
 #include "obj/textSource.h"
 
-#include <obj_adapter/geometryRecords.h>
-
 #include <cstddef>
 #include <exception>
 #include <limits>
@@ -114,11 +112,12 @@ void appendNewMaterial(MaterialTable& table, LineTokens& tokens) {
         reportError("Error processing New Material: No name given.");
         throw std::runtime_error("Material name missing");
     }
-    std::string name = nameToken.text();
+    if (table.addMaterialOfNewName(nameToken.view()))
+        return;
     // Kept all the same; faces that ask for the name get the first.
-    if (table.findMaterial(name) != NO_INDEX)
-        reportWarning("Material with the name \"" + name +
-                      "\" already exists. The materials will not reliably be distinguished.");
+    std::string name = nameToken.text();
+    reportWarning("Material with the name \"" + name +
+                  "\" already exists. The materials will not reliably be distinguished.");
     table.addMaterial(std::move(name));
 }
 

@@ -26,6 +26,19 @@ std::string namesOf(const MaterialTable& table) {
     return names;
 }
 
+// How a material gets into the table, if it does: the two must do the same for a new
+// name.
+using AddMaterial = void (*)(MaterialTable& table, const std::string& name);
+
+void addAnyName(MaterialTable& table, const std::string& name) {
+    table.addMaterial(name);
+}
+
+void addNewName(MaterialTable& table, const std::string& name) {
+    if (!table.addMaterialOfNewName(name))
+        table.addMaterial(name);
+}
+
 // The slow and obvious search.
 int firstNamed(const MaterialTable& table, const std::string& name) {
     for (int i = 0; i < table.getNumberOfMaterials(); ++i) {
@@ -100,6 +113,22 @@ TEST(MaterialTableTest, AddingReturnsThePosition) {
     EXPECT_EQ(table.addMaterial("a"), 2);
     EXPECT_EQ(namesOf(table), "a b a");
     EXPECT_EQ(table.getNumberOfMaterials(), 3);
+}
+
+TEST(MaterialTableTest, AddingANewNameLeavesOthersAlone) {
+    MaterialTable table;
+    EXPECT_TRUE(table.addMaterialOfNewName("a"));
+    EXPECT_TRUE(table.addMaterialOfNewName(LONG_NAME));
+    EXPECT_FALSE(table.addMaterialOfNewName("a"));
+    EXPECT_FALSE(table.addMaterialOfNewName(LONG_NAME));
+    EXPECT_TRUE(table.addMaterialOfNewName(""));
+    EXPECT_FALSE(table.addMaterialOfNewName(""));
+    EXPECT_EQ(namesOf(table), "a " + LONG_NAME + " ");
+    EXPECT_EQ(table.findMaterial(LONG_NAME), 1);
+    EXPECT_EQ(table.findMaterial(""), 2);
+    table.addMaterial("b");
+    EXPECT_FALSE(table.addMaterialOfNewName("b"));
+    EXPECT_EQ(describeMaterials(table), "a{} " + LONG_NAME + "{} {} b{}");
 }
 
 TEST(MaterialTableTest, SearchFindsTheFirstOfAName) {
@@ -189,15 +218,26 @@ TEST(MaterialTableLoanTest, WriteBeforeGrowthIsNotMissed) {
 }
 
 TEST(MaterialTableLoanTest, WriteBetweenSearchAndGrowthIsNotMissed) {
+    for (const AddMaterial add : {&addAnyName, &addNewName}) {
+        MaterialTable table;
+        table.addMaterial("a");
+        Material* lent = table.lendMaterial(0);
+        EXPECT_EQ(table.findMaterial("a"), 0);
+        lent->name = "b";
+        add(table, "c");
+        EXPECT_EQ(table.findMaterial("a"), NO_INDEX);
+        EXPECT_EQ(table.findMaterial("b"), 0);
+        EXPECT_EQ(table.findMaterial("c"), 1);
+    }
+}
+
+TEST(MaterialTableLoanTest, NewNameIsToldByWhatTheHostHasWritten) {
     MaterialTable table;
     table.addMaterial("a");
-    Material* lent = table.lendMaterial(0);
-    EXPECT_EQ(table.findMaterial("a"), 0);
-    lent->name = "b";
-    table.addMaterial("c");
-    EXPECT_EQ(table.findMaterial("a"), NO_INDEX);
-    EXPECT_EQ(table.findMaterial("b"), 0);
-    EXPECT_EQ(table.findMaterial("c"), 1);
+    table.lendMaterial(0)->name = "b";
+    EXPECT_FALSE(table.addMaterialOfNewName("b"));
+    EXPECT_TRUE(table.addMaterialOfNewName("a"));
+    EXPECT_EQ(namesOf(table), "b a");
 }
 
 // Everything that can happen, in any order, against the slow search.
@@ -213,10 +253,17 @@ TEST(MaterialTableLoanTest, SearchesAgreeWithASlowTwin) {
             return std::string(1, static_cast<char>('a' + random.below(NAMES)));
         };
         for (int step = 0; step < STEPS; ++step) {
-            const int action = random.below(4);
+            const int action = random.below(5);
             if (action == 0) {
                 table.addMaterial(anyName());
                 lent = nullptr;
+            } else if (action == 4) {
+                const std::string name = anyName();
+                const bool isNew = firstNamed(table, name) == NO_INDEX;
+                ASSERT_EQ(table.addMaterialOfNewName(name), isNew)
+                    << "round " << round << " step " << step;
+                if (isNew)
+                    lent = nullptr;
             } else if (action == 1 && table.getNumberOfMaterials() > 0) {
                 lent = table.lendMaterial(random.below(table.getNumberOfMaterials()));
             } else if (action == 2 && lent != nullptr) {
@@ -232,36 +279,39 @@ TEST(MaterialTableLoanTest, SearchesAgreeWithASlowTwin) {
 }
 
 // Whichever allocation fails, the table is as it was.
-TEST(MaterialTableMemoryTest, FailedGrowthLeavesTheTableAsItWas) {
-    for (const char* added : {"new", "old", LONG_NAME.c_str()}) {
-        SCOPED_TRACE(added);
-        for (int allocations = 0;; ++allocations) {
-            MaterialTable table;
-            // As many as fill the room, so that one more needs memory whatever its name.
-            for (const std::string& name : {std::string("old"), LONG_NAME + " too",
-                                            std::string("third"), std::string("fourth")})
-                table.addMaterial(name);
-            const std::string material = added;
-            const int before = table.findMaterial(added);
-            const MemoryOutcome outcome =
-                runOutOfMemory(allocations, [&] { table.addMaterial(material); });
-            // What the table asks for generously it asks for sparingly once more.
-            if (!outcome.hasThrown) {
-                EXPECT_EQ(table.getNumberOfMaterials(), 5);
-                EXPECT_EQ(table.findMaterial(added), before == NO_INDEX ? 4 : before);
-                if (outcome.hasRunOut)
-                    continue;
-                EXPECT_GE(allocations, 1);
-                break;
-            }
-            EXPECT_TRUE(outcome.hasRunOut);
-            EXPECT_EQ(table.getNumberOfMaterials(), 4);
-            EXPECT_EQ(table.findMaterial(added), before);
-            EXPECT_EQ(table.findMaterial("old"), 0);
-            EXPECT_EQ(table.findMaterial(LONG_NAME + " too"), 1);
-            EXPECT_EQ(table.addMaterial(material), 4);
+void expectFailedGrowthUndone(const std::string& added, AddMaterial add) {
+    for (int allocations = 0;; ++allocations) {
+        MaterialTable table;
+        // As many as fill the room, so that one more needs memory whatever its name.
+        for (const std::string& name :
+             {std::string("old"), LONG_NAME + " too", std::string("third"), std::string("fourth")})
+            table.addMaterial(name);
+        const int before = table.findMaterial(added);
+        const MemoryOutcome outcome = runOutOfMemory(allocations, [&] { add(table, added); });
+        // What the table asks for generously it asks for sparingly once more.
+        if (!outcome.hasThrown) {
+            EXPECT_EQ(table.getNumberOfMaterials(), 5);
             EXPECT_EQ(table.findMaterial(added), before == NO_INDEX ? 4 : before);
+            if (outcome.hasRunOut)
+                continue;
+            EXPECT_GE(allocations, 1);
+            break;
         }
+        EXPECT_TRUE(outcome.hasRunOut);
+        EXPECT_EQ(table.getNumberOfMaterials(), 4);
+        EXPECT_EQ(table.findMaterial(added), before);
+        EXPECT_EQ(table.findMaterial("old"), 0);
+        EXPECT_EQ(table.findMaterial(LONG_NAME + " too"), 1);
+        EXPECT_EQ(table.addMaterial(added), 4);
+        EXPECT_EQ(table.findMaterial(added), before == NO_INDEX ? 4 : before);
+    }
+}
+
+TEST(MaterialTableMemoryTest, FailedGrowthLeavesTheTableAsItWas) {
+    for (const std::string& added : {std::string("new"), std::string("old"), LONG_NAME}) {
+        SCOPED_TRACE(added);
+        expectFailedGrowthUndone(added, &addAnyName);
+        expectFailedGrowthUndone(added, &addNewName);
     }
 }
 

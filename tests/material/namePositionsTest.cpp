@@ -1,6 +1,8 @@
 // Names to positions: many, long, empty, and made to collide.
 #include "material/namePositions.h"
 
+#include "support/randomSource.h"
+
 #include <gtest/gtest.h>
 
 #include <bit>
@@ -17,10 +19,12 @@ void expectAllFound(const std::vector<std::string>& names) {
     NamePositions positions;
     for (std::size_t i = 0; i < names.size(); ++i) {
         ASSERT_EQ(positions.find(names[i]), NamePositions::NONE) << i;
-        positions.add(names[i], static_cast<int>(i));
+        positions.add(NamePositions::Key(names[i]), static_cast<int>(i));
         ASSERT_EQ(positions.find(names[i]), static_cast<int>(i));
     }
     for (std::size_t i = 0; i < names.size(); ++i)
+        ASSERT_EQ(positions.find(names[i]), static_cast<int>(i)) << i;
+    for (std::size_t i = names.size(); i-- > 0;)
         ASSERT_EQ(positions.find(names[i]), static_cast<int>(i)) << i;
     positions.clear();
     for (const std::string& name : names)
@@ -36,7 +40,7 @@ TEST(NamePositions, areFoundBeyondTheRoomForTexts) {
         NamePositions positions(room);
         for (std::size_t i = 0; i < names.size(); ++i) {
             ASSERT_EQ(positions.find(names[i]), NamePositions::NONE) << i;
-            positions.add(names[i], static_cast<int>(i));
+            positions.add(NamePositions::Key(names[i]), static_cast<int>(i));
         }
         for (std::size_t i = 0; i < names.size(); ++i)
             EXPECT_EQ(positions.find(names[i]), static_cast<int>(i)) << i;
@@ -67,6 +71,32 @@ TEST(NamePositions, manyAreFound) {
     for (int i = 0; i < 100000; ++i)
         names.push_back("material_" + std::to_string(i));
     expectAllFound(names);
+}
+
+// The name behind the one found last is tried before all others: whatever was found, or
+// not found, before.
+TEST(NamePositions, areFoundInAnyOrder) {
+    constexpr int NAMES = 100;
+    constexpr int SEARCHES = 20000;
+    std::vector<std::string> names;
+    NamePositions positions;
+    RandomSource random(20240730);
+    int next = 0;
+    for (int search = 0; search < SEARCHES; ++search) {
+        if (names.size() < NAMES && random.oneIn(20)) {
+            // Short ones that begin alike, and one that is empty.
+            names.push_back(std::string(names.size() % 5, 'x') +
+                            (names.empty() ? "" : std::to_string(names.size())));
+            positions.add(NamePositions::Key(names.back()), static_cast<int>(names.size()));
+        }
+        const int size = static_cast<int>(names.size());
+        next = random.oneIn(3) ? random.below(NAMES) : next + 1;
+        const bool isThere = next < size;
+        const std::string name =
+            isThere ? names[static_cast<std::size_t>(next)] : "x" + std::to_string(next) + "x";
+        ASSERT_EQ(positions.find(name), isThere ? next + 1 : NamePositions::NONE) << search;
+    }
+    EXPECT_EQ(names.size(), std::size_t{NAMES});
 }
 
 // Names of eight bytes whose hashes are all the same: the steps of the hash
