@@ -5,6 +5,7 @@
 #include "converter/messages.h"
 #include "converter/readingPosition.h"
 #include "material/materialTable.h"
+#include "material/ordinaryMtlStatements.h"
 #include "material/textureMapOptions.h"
 #include "obj/keywords.h"
 #include "obj/lineTokens.h"
@@ -276,12 +277,17 @@ void openLibrary(std::optional<TextFile>& file, const std::string& fileName,
     enterLibrary(fileName, libraryName, table);
 }
 
+// Each line the short way if it is ordinary, otherwise the plain way.
 void readStatements(const std::string& fileName, LogicalLineReader& lines, MaterialTable& table) {
     const ReadingPosition position(fileName, lines);
     try {
-        std::string_view line;
-        while (lines.next(line))
+        for (;;) {
+            readOrdinaryMtlStatements(lines, table);
+            std::string_view line;
+            if (!lines.next(line))
+                return;
             readLine(line, table);
+        }
     } catch (const std::exception& failure) {
         reportFailure("Problem with material library: ", failureText(failure));
     }

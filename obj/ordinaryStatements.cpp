@@ -17,26 +17,6 @@ namespace obj_adapter {
 
 namespace {
 
-bool isLineFeed(char character) noexcept {
-    return character == '\n';
-}
-
-// Behind the line feed of a line whose statement is complete at position; null where
-// the next line belongs to this one. What stands there is ignored.
-const char* skipRestOfLine(const char* position) noexcept {
-    if (isLineFeed(*position))
-        return position + 1;
-    if (position[0] == '\r' && isLineFeed(position[1]))
-        return position + 2;
-    while (!isLineFeed(*position))
-        ++position;
-    return position[-1] == '\\' ? nullptr : position + 1;
-}
-
-bool isEndOfToken(char character) noexcept {
-    return isBlank(character) || character == '\r' || isLineFeed(character);
-}
-
 // v x y z [w]
 struct VertexStatement {
     static constexpr std::string_view KEYWORD = "v";
