@@ -137,11 +137,13 @@ private:
         return std::string_view(entries).substr(entry + sizeof(Head), headAt(entry).length);
     }
 
-    // There may be no entry.
+    // There may be no entry. Names differ in their last byte more often than before it.
     bool isEntryOf(std::size_t entry, std::string_view name) const noexcept {
         if (entry >= entries.size() || headAt(entry).length != name.size())
             return false;
-        return std::memcmp(entries.data() + entry + sizeof(Head), name.data(), name.size()) == 0;
+        const char* const text = entries.data() + entry + sizeof(Head);
+        return name.empty() || (text[name.size() - 1] == name.back() &&
+                                std::memcmp(text, name.data(), name.size()) == 0);
     }
 
     // Of an entry that was looked for.

@@ -155,6 +155,8 @@ const char* readStatement(const char* position, Material& material) {
             return readColor(position + PAIR, material.diffuse, material.diffuseIsSet);
         case pairOf("Ks"):
             return readColor(position + PAIR, material.specular, material.specularIsSet);
+        case pairOf("Ke"):  // no statement of ours, but of nearly every library
+            return isBlank(position[PAIR]) ? skipRestOfLine(position + PAIR) : nullptr;
         case pairOf("Tf"):
             return readColor(position + PAIR, material.filter, material.filterIsSet);
         case pairOf("Ns"):
@@ -191,8 +193,10 @@ const char* readNewMaterial(const char* position, MaterialTable& table) {
     return next != nullptr && table.addMaterialOfNewName(name) ? next : nullptr;
 }
 
-// Behind the line; null where it is not ordinary.
+// Behind the line; null where it is not ordinary. A # behind blanks makes a keyword that
+// nobody knows, which is the same as a comment.
 const char* readLine(const char* position, MaterialTable& table) {
+    position = skipBlanks(position);
     switch (*position) {
         case '\n':
         case '\r':

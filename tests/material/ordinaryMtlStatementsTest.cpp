@@ -49,7 +49,10 @@ TEST(OrdinaryMtlLines, areReadToTheirEnd) {
     const OrdinaryCase ROWS[] = {
         {"\n", "a{}"},
         {"\r\n", "a{}"},
+        {" \t\n", "a{}"},
+        {" \r\n", "a{}"},
         {"# what ever 1 2 3\n", "a{}"},
+        {"\t# what ever\n", "a{}"},
         {"#\n", "a{}"},
         {"# what\\ ever\r\n", "a{}"},
         {"Ka 1 0.5 .25\n", "a{Ka(rgb 1 0.5 0.25 1)}"},
@@ -57,6 +60,10 @@ TEST(OrdinaryMtlLines, areReadToTheirEnd) {
         {"Ks 1 -0.5 0.25 4 x\n", "a{Ks(rgb 1 -0.5 0.25 1)}"},
         {"Tf 5. 1e2 2.5E-1\r\n", "a{Tf(rgb 5 100 0.25 1)}"},
         {"Kd 1e39 0 0\n", "a{Kd(rgb inf 0 0 1)}"},
+        {"\tKd 1 1 1\n", "a{Kd(rgb 1 1 1 1)}"},
+        {"  Kd 1 1 1\n", "a{Kd(rgb 1 1 1 1)}"},
+        {"Ke 1 1 1\n", "a{}"},
+        {"Ke -what ever\r\n", "a{}"},
         {"Ns 96.5\n", "a{Ns=96.5}"},
         {"Ns -2 3\r\n", "a{Ns=-2}"},
         {"Ni 1.5\n", "a{Ni=1.5}"},
@@ -72,7 +79,9 @@ TEST(OrdinaryMtlLines, areReadToTheirEnd) {
         {"map_Ns a\n", "a{map_Ns(a)}"},
         {"map_d #\n", "a{map_d(#)}"},
         {"bump a.png\n", "a{bump(a.png)}"},
+        {"\tbump a.png\n", "a{bump(a.png)}"},
         {"newmtl b\n", "a{} b{}"},
+        {" newmtl c\n", "a{} c{}"},
         {"newmtl\tA  a \r\n", "a{} A{}"},
     };
     std::string all = "newmtl a\n";
@@ -92,17 +101,19 @@ TEST(OrdinaryMtlLines, areReadToTheirEnd) {
     const Taken taken = readOrdinary(all, table);
     EXPECT_EQ(taken.bytes, all.size());
     EXPECT_EQ(taken.lines, count);
-    EXPECT_EQ(table.getNumberOfMaterials(), 3);
+    EXPECT_EQ(table.getNumberOfMaterials(), 4);
     EXPECT_EQ(table.findMaterial("b"), 1);
-    EXPECT_EQ(table.findMaterial("A"), 2);
+    EXPECT_EQ(table.findMaterial("c"), 2);
+    EXPECT_EQ(table.findMaterial("A"), 3);
 }
 
 TEST(OrdinaryMtlLines, endBeforeEveryOther) {
     const std::string LINES[] = {
         "\r\r\n",
-        " \n",
-        " # x\n",
+        " \\\n",
+        "\t# x\\\n",
         "# x\\\n",
+        "\\# x\n",
         "#\\\n",
         "K\n",
         "Ka\n",
@@ -132,8 +143,14 @@ TEST(OrdinaryMtlLines, endBeforeEveryOther) {
         "KA 1 1 1\n",
         "ka 1 1 1\n",
         "Kb 1 1 1\n",
-        "Ke 1 1 1\n",
-        " Ka 1 1 1\n",
+        "Ke\n",
+        "Ke 1 1 1\\\n",
+        "Kee 1 1 1\n",
+        "\\Ka 1 1 1\n",
+        " Ka 1 1 1 \\\n",
+        "\vKa 1 1 1\n",
+        " d\n",
+        " \0Ka 1 1 1\n"s,
         "TF 1 1 1\n",
         "Ns\n",
         "Ns x\n",
@@ -296,7 +313,7 @@ std::string line(RandomSource& random) {
             return one(MAPS) + (random.oneIn(6) ? "-clamp on " : "") + "picture" +
                    std::to_string(random.below(10)) + ".png";
         case 4:
-            return random.oneIn(2) ? "" : "# comment";
+            return random.oneIn(2) ? "" : (random.oneIn(2) ? "# comment" : "Ke 0 0 0");
         default:
             return "newmtl m" + std::to_string(random.below(30));
     }
@@ -328,7 +345,7 @@ TEST(OrdinaryMtlStatements, generatedLinesGiveWhatTheSlowTwinGives) {
         const std::string_view lineEnd = random.oneIn(3) ? "\r\n" : "\n";
         std::string text = random.oneIn(10) ? "" : "newmtl m0\n";
         for (int i = 0; i < LINES; ++i)
-            text += line(random).append(lineEnd);
+            text += (random.oneIn(10) ? "\t" : "") + line(random).append(lineEnd);
         for (int i = random.oneIn(3) ? 0 : random.below(10); i > 0; --i)
             damage(random, text);
         MaterialTable table;
