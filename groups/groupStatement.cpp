@@ -17,10 +17,9 @@ namespace {
 
 // Tokens are cut at backslashes, so there is none to replace today. Deliberate:
 // whatever becomes of the delimiters, no name will hold one.
-std::string nameFromToken(const Token& token) {
-    std::string name = token.text();
-    std::replace(name.begin(), name.end(), '\\', '_');
-    return name;
+void replaceBackslashes(std::string& name) {
+    if (name.find('\\') != std::string::npos)
+        std::replace(name.begin(), name.end(), '\\', '_');
 }
 
 // Of the rest of a line: the token taken last, and those that follow it.
@@ -43,15 +42,19 @@ void handleGroupStatement(ObjModel& model, LineTokens& tokens) {
     // Nearly every statement has one name and needs no list.
     Token token = tokens.next();
     if (token.isMissing()) {
-        addGroup(model, nameFromToken(first));
+        std::string name = first.text();
+        replaceBackslashes(name);
+        addGroup(model, std::move(name));
         return;
     }
 
     std::vector<std::string> names;
     names.reserve(1 + countTokens(token, tokens));
-    names.push_back(nameFromToken(first));
+    names.emplace_back(first.view());
     for (; !token.isMissing(); token = tokens.next())
-        names.push_back(nameFromToken(token));
+        names.emplace_back(token.view());
+    for (std::string& name : names)
+        replaceBackslashes(name);
     addGroupFromNames(model, std::move(names));
 }
 

@@ -22,9 +22,12 @@ namespace {
 const char COMPOUND_GROUP_NAME[] = "COMPOUND_GROUP";
 const char DEFAULT_GROUP_NAME[] = "default";
 
-int appendGroup(ObjModel& model, Group&& group) {
+// Made where it stays; nothing changes when memory runs out.
+int appendGroup(ObjModel& model, std::string&& name, std::vector<std::string>&& names) {
     const int groupIndex = nextRecordIndex(model.groups.size());
-    model.groups.emplace_back(std::move(group));
+    Group& group = model.groups.emplace_back();
+    group.name = std::move(name);
+    group.names = std::move(names);
     model.hierarchyValid = false;
     return groupIndex;
 }
@@ -32,19 +35,13 @@ int appendGroup(ObjModel& model, Group&& group) {
 }  // namespace
 
 int addGroup(ObjModel& model, std::string name) {
-    Group group;
-    group.name = std::move(name);
-    return appendGroup(model, std::move(group));
+    return appendGroup(model, std::move(name), {});
 }
 
 int addGroupFromNames(ObjModel& model, std::vector<std::string> names) {
     if (names.size() == 1)
         return addGroup(model, std::move(names.front()));
-
-    Group group;
-    group.name = COMPOUND_GROUP_NAME;
-    group.names = std::move(names);
-    return appendGroup(model, std::move(group));
+    return appendGroup(model, COMPOUND_GROUP_NAME, std::move(names));
 }
 
 std::string addDefaultGroup(ObjModel& model) {
