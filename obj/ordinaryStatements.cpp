@@ -2,14 +2,17 @@
 // tests/obj/ordinaryStatementsTest.cpp, which compares it with the plain way.
 #include "obj/ordinaryStatements.h"
 
+#include "groups/groupStatement.h"
 #include "model/objModel.h"
 #include "obj/faceReader.h"
+#include "obj/lineTokens.h"
 #include "obj/ordinaryNumbers.h"
 #include "obj/textSource.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <exception>
 #include <iterator>
 #include <string_view>
 
@@ -45,6 +48,11 @@ struct NormalStatement {
     static constexpr double DEFAULT = 0.0;
     static constexpr auto TABLE = &ObjModel::normalPoints;
 };
+
+// A comment, or a line of nothing but blanks; null for every other.
+const char* skipLineOfNoStatement(const char* position) noexcept {
+    return *position == '#' ? skipRestOfLine(position) : skipEndOfLine(position);
+}
 
 template <typename Statement>
 bool beginsLine(const char* position) noexcept {
@@ -83,6 +91,8 @@ const char* readNumbers(const char* position, Record& record) noexcept {
 
 void OrdinaryStatements::read(LogicalLineReader& lines, int& currentMaterial) {
     const std::string_view text = lines.getReadyLines();
+    if (text.size() > MAX_LINE_LENGTH)
+        return;  // one of them may be too long
     const char* position = text.data();
     const char* const end = position + text.size();
     while (position != end) {
@@ -98,6 +108,12 @@ void OrdinaryStatements::read(LogicalLineReader& lines, int& currentMaterial) {
         else if (position[0] == 'u' &&
                  (position = readMaterialSelection(position, currentMaterial)) != begin)
             lines.countReadyLines(1);
+        else if ((position[0] == 'g' || position[0] == 'o') && isBlank(position[1]))
+            position = readGroup(lines, position, end);
+        else if (const char* next = skipLineOfNoStatement(position)) {
+            lines.countReadyLines(1);
+            position = next;
+        }
         if (position == begin)
             break;
     }
@@ -160,6 +176,28 @@ const char* OrdinaryStatements::readMaterialSelection(const char* position,
         return position;
     currentMaterial = material;
     return next;
+}
+
+// g name ... | o name ...
+//
+// Whatever the names: only where the line ends is looked at here. Where memory runs out
+// the plain way tries again.
+const char* OrdinaryStatements::readGroup(LogicalLineReader& lines, const char* position,
+                                          const char* end) {
+    const auto length = static_cast<std::size_t>(end - position);
+    const auto* lineFeed = static_cast<const char*>(std::memchr(position, '\n', length));
+    if (lineFeed[-1] == '\\')
+        return position;
+    faceReader.joinPendingFaces();
+    LineTokens tokens(
+        std::string_view(position + 1, static_cast<std::size_t>(lineFeed - position - 1)));
+    try {
+        handleGroupStatement(model, tokens);
+    } catch (const std::exception&) {
+        return position;
+    }
+    lines.countReadyLines(1);
+    return lineFeed + 1;
 }
 
 }  // namespace obj_adapter

@@ -7,12 +7,13 @@ class FaceReader;
 class LogicalLineReader;
 struct ObjModel;
 
-// Reads runs of v, vt, vn, f and usemtl lines directly from a block of text: one pass
-// over the bytes, where the plain way finds the line, cuts tokens and converts each.
+// Reads runs of v, vt, vn, f, usemtl, g and o lines, comments and empty lines directly
+// from a block of text: one pass over the bytes, where the plain way finds the line, cuts
+// tokens and converts each.
 //
-// Only what needs no message, no memory and no thought is ordinary: plain decimal
-// numbers, indices of records that are there, room in the tables. At any other line
-// the run ends, with nothing done for that line, and the caller reads it the plain
+// Only what needs no message, no thought and, groups apart, no memory is ordinary: plain
+// decimal numbers, indices of records that are there, room in the tables. At any other
+// line the run ends, with nothing done for that line, and the caller reads it the plain
 // way, which alone says what a line means. So the result is that of the plain way,
 // to the last bit.
 class OrdinaryStatements {
@@ -32,6 +33,7 @@ private:
                            const char* end) noexcept;
     const char* readFaces(LogicalLineReader& lines, const char* position, const char* end,
                           int currentMaterial);
+    const char* readGroup(LogicalLineReader& lines, const char* position, const char* end);
     const char* readMaterialSelection(const char* position, int& currentMaterial) noexcept;
 
     ObjModel& model;

@@ -2,9 +2,11 @@
 #include "obj/ordinaryStatements.h"
 
 #include "converter/converterState.h"
+#include "groups/groupStatement.h"
 #include "groups/groupTable.h"
 #include "model/objModel.h"
 #include "obj/faceReader.h"
+#include "obj/lineTokens.h"
 #include "obj/textSource.h"
 #include "support/describe.h"
 #include "support/importText.h"
@@ -16,6 +18,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <string>
 #include <string_view>
 
@@ -99,6 +102,18 @@ TEST_F(OrdinaryLines, areReadToTheirEnd) {
         "usemtl red\n",
         "usemtl  a_material_with_a_long_name \r\n",
         "usemtl red blue\n",
+        "\n",
+        "\r\n",
+        " \t \n",
+        "#\n",
+        "# what ever\r\n",
+        "g a\n",
+        "g  a\tb \r\n",
+        "g \n",
+        "g a\\b\n",
+        "g a\0b\n"s,
+        "g a b\\ \n",
+        "o a\n",
     };
     std::string all;
     for (const std::string& line : LINES) {
@@ -112,7 +127,11 @@ TEST_F(OrdinaryLines, areReadToTheirEnd) {
 
 TEST_F(OrdinaryLines, endBeforeEveryOther) {
     const std::string LINES[] = {
-        "\n",
+        " # x\n",
+        "# x\\\n",
+        "#\\\n",
+        " \\\n",
+        "\r\r\n",
         "v\n",
         "V 1 2 3\n",
         " v 1 2 3\n",
@@ -178,8 +197,14 @@ TEST_F(OrdinaryLines, endBeforeEveryOther) {
         "usemtl red\0\n"s,
         "usemtlred\n",
         "Usemtl red\n",
-        "g a\n",
-        "# x\n",
+        "g\n",
+        "g\r\n",
+        "g a\\\n",
+        "g \\\n",
+        "ga b\n",
+        " g a\n",
+        "G a\n",
+        "O a\n",
         "s 1\n",
     };
     const std::size_t records = countRecords();
@@ -214,6 +239,32 @@ TEST_F(OrdinaryLines, facesJoinTheirGroupInOrder) {
     EXPECT_EQ(describeGroups(viewOfModel(model)), "Obj File: 0 1; second: 2 3 4 5 6");
     for (const Face& face : model.faces)
         EXPECT_EQ(face.groupIndex, &face < &model.faces[2] ? 0 : 1);
+}
+
+TEST_F(OrdinaryLines, groupsAreWhatThePlainWayMakes) {
+    const std::string NAMES[] = {"a",      " a\tb ",   "",          "a\\b", "a\0b"s,
+                                 "a b\\ ", "\xC3\xA4", "a/b # c\r", "o g",  std::string(40, 'x')};
+    for (const std::string& name : NAMES) {
+        SCOPED_TRACE(name);
+        ObjModel plain;
+        LineTokens tokens(name);
+        handleGroupStatement(plain, tokens);
+        const std::string line = "g " + name + "\n";
+        model.hierarchyValid = true;
+        EXPECT_EQ(read(line), line.size());
+        EXPECT_EQ(model.groups.back().name, plain.groups.back().name);
+        EXPECT_EQ(model.groups.back().names, plain.groups.back().names);
+        EXPECT_FALSE(model.hierarchyValid);
+    }
+}
+
+TEST_F(OrdinaryLines, facesJoinTheGroupBeforeThem) {
+    const std::string lines = "f 1 2 3\ng a\nf 2 3 4\nf 1 2 3 4\no b c\n# x\n\nf 3 2 1\n";
+    EXPECT_EQ(read(lines), lines.size());
+    EXPECT_EQ(describeGroups(viewOfModel(model)), "Obj File: 0; a: 1 2 3; b/c: 4");
+    const int groups[] = {0, 1, 1, 1, 2};
+    for (std::size_t face = 0; face < std::size(groups); ++face)
+        EXPECT_EQ(model.faces[face].groupIndex, groups[face]);
 }
 
 // The plain way for every statement: a blank before the keyword is not ordinary,
@@ -300,7 +351,10 @@ std::string line(RandomSource& random, Counts& counts) {
         return face(random, counts);
     if (kind < 95)
         return "usemtl m" + std::to_string(random.below(4));
-    return "g part" + std::to_string(random.below(3));
+    if (kind < 98)
+        return (random.oneIn(2) ? "g" : "o") + blanks(random) + "part" +
+               std::to_string(random.below(3)) + (random.oneIn(2) ? blanks(random) + "left" : "");
+    return random.oneIn(2) ? "" : "# comment";
 }
 
 // Other bytes, missing ones and additional ones.
