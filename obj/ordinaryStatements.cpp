@@ -105,20 +105,26 @@ void OrdinaryStatements::read(LogicalLineReader& lines, int& currentMaterial) {
             position = readPoints<TexturePointStatement>(lines, position, end);
         else if (beginsLine<NormalStatement>(position))
             position = readPoints<NormalStatement>(lines, position, end);
-        else if (position[0] == 'u' &&
-                 (position = readMaterialSelection(position, currentMaterial)) != begin)
-            lines.countReadyLines(1);
-        else if ((position[0] == 'g' || position[0] == 'o') && isBlank(position[1]))
-            position = readGroup(lines, position, end);
-        else if (const char* next = skipLineOfNoStatement(position)) {
-            lines.countReadyLines(1);
-            position = next;
-        }
+        else
+            position = readOther(lines, position, end, currentMaterial);
         if (position == begin)
             break;
     }
     faceReader.joinPendingFaces();
     lines.skipReadyLines(static_cast<std::size_t>(position - text.data()));
+}
+
+// One line of another kind. Apart from the runs, whose loops compilers then do better.
+const char* OrdinaryStatements::readOther(LogicalLineReader& lines, const char* position,
+                                          const char* end, int& currentMaterial) {
+    if ((position[0] == 'g' || position[0] == 'o') && isBlank(position[1]))
+        return readGroup(lines, position, end);
+    const char* next = position[0] == 'u' ? readMaterialSelection(position, currentMaterial)
+                                          : skipLineOfNoStatement(position);
+    if (next == nullptr || next == position)
+        return position;
+    lines.countReadyLines(1);
+    return next;
 }
 
 // Lines of vertices, texture points or normals.

@@ -33,6 +33,8 @@ private:
                            const char* end) noexcept;
     const char* readFaces(LogicalLineReader& lines, const char* position, const char* end,
                           int currentMaterial);
+    const char* readOther(LogicalLineReader& lines, const char* position, const char* end,
+                          int& currentMaterial);
     const char* readGroup(LogicalLineReader& lines, const char* position, const char* end);
     const char* readMaterialSelection(const char* position, int& currentMaterial) noexcept;
 
