@@ -5,6 +5,7 @@
 #include "material/readMtlText.h"
 #include "obj/textSource.h"
 #include "support/countedMemory.h"
+#include "support/damagedText.h"
 #include "support/randomSource.h"
 #include "support/slowMtlReader.h"
 
@@ -319,23 +320,8 @@ std::string line(RandomSource& random) {
     }
 }
 
-// Other bytes, missing ones and additional ones.
-void damage(RandomSource& random, std::string& text) {
-    const std::string_view bytes = "0123456789 \t\r\n\\\\--++..eExXinf#KadsTNrlmp_\v\f\0\x1B\xFF"sv;
-    const auto place = static_cast<std::size_t>(random.below(static_cast<int>(text.size())));
-    const char byte = bytes[static_cast<std::size_t>(random.below(static_cast<int>(bytes.size())))];
-    switch (random.below(3)) {
-        case 0:
-            text[place] = byte;
-            break;
-        case 1:
-            text.insert(place, 1, byte);
-            break;
-        default:
-            text.erase(place, 1);
-            break;
-    }
-}
+constexpr std::string_view DAMAGING_BYTES =
+    "0123456789 \t\r\n\\\\//--++..eExXinf#KadsTNrlmp_\v\f\0\x1B\xFF"sv;
 
 TEST(OrdinaryMtlStatements, generatedLinesGiveWhatTheSlowTwinGives) {
     constexpr int FILES = 2000;
@@ -347,7 +333,7 @@ TEST(OrdinaryMtlStatements, generatedLinesGiveWhatTheSlowTwinGives) {
         for (int i = 0; i < LINES; ++i)
             text += (random.oneIn(10) ? "\t" : "") + line(random).append(lineEnd);
         for (int i = random.oneIn(3) ? 0 : random.below(10); i > 0; --i)
-            damage(random, text);
+            damage(random, DAMAGING_BYTES, text);
         MaterialTable table;
         std::vector<Material> twin;
         MessageRecorder recorder;

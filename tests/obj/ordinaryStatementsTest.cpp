@@ -8,6 +8,7 @@
 #include "obj/faceReader.h"
 #include "obj/lineTokens.h"
 #include "obj/textSource.h"
+#include "support/damagedText.h"
 #include "support/describe.h"
 #include "support/importText.h"
 #include "support/printedModel.h"
@@ -25,7 +26,7 @@
 namespace obj_adapter::test {
 namespace {
 
-using namespace std::string_literals;
+using namespace std::literals;
 
 // A model with something to name, and room for more in every table.
 class OrdinaryLines : public testing::Test {
@@ -357,23 +358,8 @@ std::string line(RandomSource& random, Counts& counts) {
     return random.oneIn(2) ? "" : "# comment";
 }
 
-// Other bytes, missing ones and additional ones.
-void damage(RandomSource& random, std::string& text) {
-    const std::string_view bytes = "0123456789 \t\r\n\\\\//--++..eExXinf#vVtg\v\f\0\x1B\xFF";
-    const auto place = static_cast<std::size_t>(random.below(static_cast<int>(text.size())));
-    const char byte = bytes[static_cast<std::size_t>(random.below(static_cast<int>(bytes.size())))];
-    switch (random.below(3)) {
-        case 0:
-            text[place] = byte;
-            break;
-        case 1:
-            text.insert(place, 1, byte);
-            break;
-        default:
-            text.erase(place, 1);
-            break;
-    }
-}
+constexpr std::string_view DAMAGING_BYTES =
+    "0123456789 \t\r\n\\\\//--++..eExXinf#vVtg\v\f\0\x1B\xFF"sv;
 
 TEST(OrdinaryStatements, generatedLinesGiveWhatThePlainWayGives) {
     constexpr int FILES = 300;
@@ -388,7 +374,7 @@ TEST(OrdinaryStatements, generatedLinesGiveWhatThePlainWayGives) {
         for (int i = 0; i < LINES; ++i) {
             std::string next = line(random, counts) + (random.oneIn(8) ? "\r\n" : "\n");
             while (random.oneIn(6) && !next.empty())
-                damage(random, next);
+                damage(random, DAMAGING_BYTES, next);
             text += next;
         }
         // What the platform would translate decides which lines are joined.
