@@ -43,8 +43,9 @@ public:
     void readFaceStatement(LineTokens& tokens, int currentMaterial);
 
     // The same for statements of plain indices of records that are there, as far as they
-    // follow each other line by line; counts them, and returns where the line begins that
-    // is none, or end. Nothing is done for that one. A table without room ends them, too.
+    // follow each other line by line; adds their number to count. Returns end, or where the
+    // first line begins that is no such statement; nothing is done for that one. A table
+    // without room ends them, too.
     //
     // The faces join their group only at the next call of joinPendingFaces, which must
     // come before anything looks at the groups: any other statement, the host.

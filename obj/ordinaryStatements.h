@@ -11,11 +11,11 @@ struct ObjModel;
 // from a block of text: one pass over the bytes, where the plain way finds the line, cuts
 // tokens and converts each.
 //
-// Only what needs no message, no thought and, groups apart, no memory is ordinary: plain
-// decimal numbers, indices of records that are there, room in the tables. At any other
-// line the run ends, with nothing done for that line, and the caller reads it the plain
-// way, which alone says what a line means. So the result is that of the plain way,
-// to the last bit.
+// Only what needs no message, no thought and, polygons and groups apart, no memory is
+// ordinary: plain decimal numbers, indices of records that are there, room in the tables.
+// At any other line the run ends, with nothing done for that line, and the caller reads it
+// the plain way, which alone says what a line means. So the result is that of the plain
+// way, to the last bit.
 class OrdinaryStatements {
 public:
     OrdinaryStatements(ObjModel& ownModel, FaceReader& ownFaceReader) noexcept

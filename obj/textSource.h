@@ -70,8 +70,7 @@ public:
     }
     static constexpr std::size_t BYTES_BEHIND_LINES = 16;
 
-    // Takes so many bytes of the ready lines as read: whole lines, which were counted
-    // one by one.
+    // Takes so many bytes of the ready lines as read: whole lines, which were counted.
     void skipReadyLines(std::size_t length) noexcept { lineBegin += length; }
 
     // Who reads the ready lines counts them, before anything else can ask for the number.

@@ -50,8 +50,9 @@ struct CornerClasses {
         return (dotProduct(normal, polygonNormal) > 0.0) != areExchanged;
     }
 
-    // From classifyCorners of length 1, where that could be computed; else of any length,
-    // and near enough to that one to tell the same of every corner.
+    // classifyCorners gives it the length 1, as far as that can be computed. That of
+    // CornerClassifier has any length and another direction, but tells the same of every
+    // corner.
     Vector3 polygonNormal;
     bool areExchanged = false;      // see classifyCorners
     std::size_t reflexCorners = 0;  // never more than the convex ones
@@ -108,9 +109,9 @@ inline bool areCertainlyConvex(std::span<const Vector3> normals) noexcept {
 // Today's sum is the first one with what has changed subtracted and added: not to the
 // bit what adding all normals in order gives. But each of at most seven additions for
 // each corner, in both together, rounds by 2^-53 of all the lengths ever added at most:
-// the two are within 13 * corners * 2^-53 of these lengths. That is 2^-29 with the
-// greatest number of corners, and an angle of no more than a tenth of a degree while the
-// sum is 2^-20 of the lengths.
+// the two are within 7 * corners * 2^-53 of these lengths. That is less than 2^-30 with
+// the greatest number of corners, and an angle below a tenth of a degree while the sum is
+// 2^-20 of the lengths.
 class CornerClassifier {
 public:
     // As classifyCorners.
