@@ -144,8 +144,7 @@ std::string Report::asMarkdown() const {
     return text;
 }
 
-void replaceMeasured(const std::string& fileName, const std::string& mark,
-                     const std::string& markdown) {
+MarkedText readMarkedText(const std::string& fileName, const std::string& mark) {
     const std::string BEGIN = "<!-- " + mark + ": begin -->\n";
     const std::string END = "<!-- " + mark + ": end -->";
     std::ifstream input(fileName);
@@ -153,10 +152,14 @@ void replaceMeasured(const std::string& fileName, const std::string& mark,
     const std::size_t begin = text.find(BEGIN);
     const std::size_t end = text.find(END);
     if (begin == std::string::npos || end == std::string::npos || end < begin)
-        throw std::runtime_error(fileName + " has no marks for what is measured");
-    std::ofstream(fileName) << text.substr(0, begin + BEGIN.size()) << "\n"
-                            << markdown << "\n"
-                            << text.substr(end);
+        throw std::runtime_error(fileName + " has no marks of the name " + mark);
+    return {text.substr(0, begin + BEGIN.size()), text.substr(end)};
+}
+
+void replaceMeasured(const std::string& fileName, const std::string& mark,
+                     const std::string& markdown) {
+    const MarkedText text = readMarkedText(fileName, mark);
+    std::ofstream(fileName) << text.before << "\n" << markdown << "\n" << text.behind;
 }
 
 }  // namespace obj_adapter::bench

@@ -39,8 +39,17 @@ private:
     std::vector<Goal> goals;
 };
 
-// Replaces what stands in the file between the lines "<!-- MARK: begin -->" and
-// "<!-- MARK: end -->".
+// What stands in a file before and behind the place for what is measured, with the lines
+// "<!-- MARK: begin -->" and "<!-- MARK: end -->" around it.
+struct MarkedText {
+    std::string before;
+    std::string behind;
+};
+
+// Throws std::runtime_error where these lines are missing.
+MarkedText readMarkedText(const std::string& fileName, const std::string& mark);
+
+// Replaces what stands between the lines.
 void replaceMeasured(const std::string& fileName, const std::string& mark,
                      const std::string& markdown);
 

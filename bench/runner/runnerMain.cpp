@@ -76,6 +76,9 @@ int run(int argc, char** argv) {
         storeAnswers(session);
         return 0;
     }
+    // What is missing is told before hours of measuring, not behind them.
+    if (!markdownFile.empty())
+        readMarkedText(markdownFile, mark);
     checkAnswers(session);
     Report report;
     for (const Suite& suite : SUITES) {
