@@ -17,6 +17,8 @@ inline void prefetchBehind([[maybe_unused]] const void* address,
                            [[maybe_unused]] std::size_t bytes) noexcept {
 #if defined(OBJ_ADAPTER_HAS_PREFETCH)
     const auto place = reinterpret_cast<std::uintptr_t>(address) + bytes;
+    // A pointer may not be moved to where there is nothing; a number may.
+    // NOLINTNEXTLINE(performance-no-int-to-ptr)
     _mm_prefetch(reinterpret_cast<const char*>(place), _MM_HINT_T0);
 #endif
 }

@@ -33,16 +33,16 @@ public:
     // corners have gone as one triangle. Each pass has classes of its own, for the sum of
     // the normals changes; they are those of the whole polygon that is left.
     //
-    // positions, classes  of the polygon that was classified last
-    // triangles           where the triangles go, two less than corners at most
-    // hostMayBeAsked      polygons of many corners take long: the host is told of the
-    //                     work meanwhile, and may cancel it (ImportCancelled)
+    // positions, firstClasses  of the polygon that was classified last
+    // triangles                where the triangles go, two less than corners at most
+    // mayAskHost               polygons of many corners take long: the host is told of
+    //                          the work meanwhile, and may cancel it (ImportCancelled)
     //
     // Returns the number of triangles. It stops with fewer, and says nothing, when the
     // classes cannot be told any more. None when a pass found no ear.
     std::optional<std::size_t> clip(std::span<const Vector3> positions,
-                                    const CornerClasses& classes, std::span<CornerTriple> triangles,
-                                    bool hostMayBeAsked);
+                                    const CornerClasses& firstClasses,
+                                    std::span<CornerTriple> triangles, bool mayAskHost);
 
 private:
     // Corners that the object has room for.
