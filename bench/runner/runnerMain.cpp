@@ -76,7 +76,7 @@ int run(int argc, char** argv) {
         storeAnswers(session);
         return 0;
     }
-    // What is missing is told before hours of measuring, not behind them.
+    // What is missing is told before all measuring, not behind it.
     if (!markdownFile.empty())
         readMarkedText(markdownFile, mark);
     checkAnswers(session);
